@@ -1,0 +1,42 @@
+// Frames and caches of a title, and the operations of its XML.
+#include "host/guarded.h"
+#include "host/title_object.h"
+#include "render/frame_renderer.h"
+
+namespace captionfx {
+
+FrameTitle CCaptionFx::Frame() {
+    return {.Settings = settings_,
+            .VerticalTitle = defaults_.DefaultString.Vertical != 0,
+            .Strings = strings_,
+            .Paths = paths_,
+            .Ops = imageUtility_.Ops(),
+            .Fonts = services_.Fonts(),
+            .Pages = services_.Pages(),
+            .Cache = cache_};
+}
+
+int32_t CCaptionFx::RenderFrame(uint32_t* destination, float time) noexcept {
+    return Guarded([&] { return captionfx::RenderFrame(Frame(), destination, time); });
+}
+
+int32_t CCaptionFx::GetFrameDirtyRect(TitleRect* rect) noexcept {
+    if (rect == nullptr) return kTitleNullPointer;
+    *rect = cache_.FrameDirtyRect;
+    return kTitleOk;
+}
+
+int32_t CCaptionFx::FlushRenderCaches() noexcept {
+    captionfx::FlushRenderCaches(Frame());
+    return kTitleOk;
+}
+
+// Titles have no XML form yet.
+int32_t CCaptionFx::LoadFromBuffer(const char16_t* /*xml*/) noexcept { return kTitleFailure; }
+int32_t CCaptionFx::SaveToBuffer(char16_t* /*buffer*/, uint32_t* /*sizeInBytes*/) noexcept { return kTitleFailure; }
+int32_t CCaptionFx::LoadFromFile(const char16_t* /*path*/) noexcept { return kTitleFailure; }
+int32_t CCaptionFx::SaveToFile(const char16_t* /*path*/) noexcept { return kTitleFailure; }
+int32_t CCaptionFx::LoadFromNode(void* /*element*/) noexcept { return kTitleFailure; }
+int32_t CCaptionFx::SaveToNode(void* /*element*/) noexcept { return kTitleFailure; }
+
+}  // namespace captionfx

@@ -1,0 +1,128 @@
+// Start and end of a title, its strings, and how it is cleared.
+#include "host/title_object.h"
+
+#include "host/built_in_defaults.h"
+#include "host/guarded.h"
+#include "layout/string_layout.h"
+#include "platform/portable_math.h"
+#include "text/insert_text.h"
+
+namespace captionfx {
+namespace {
+
+void TakeSettings(MetaString& string, const StringSpec& settings) {
+    string.Left = settings.Left;
+    string.Top = settings.Top;
+    string.WidthLimit = settings.WidthLimit;
+    string.RotateDegree = settings.RotateDegree;
+    string.Vertical = settings.Vertical;
+    SetText(string.PathID, TextOf(settings.PathID));
+    string.PathProgress = settings.PathProgress;
+    SetText(string.MaskFile, TextOf(settings.MaskFile));
+    const float radians = -settings.RotateDegree * kPi / 180;
+    string.RotateSin = SinF(radians);
+    string.RotateCos = CosF(radians);
+}
+
+}  // namespace
+
+CCaptionFx::CCaptionFx(PlatformServices& services)
+    : services_(services),
+      defaults_(BuiltInDefaults()),
+      cpuCount_(services.Time().ProcessorCount()),
+      installedFonts_(ListInstalledFonts(services.Fonts())),
+      imageUtility_(services.Modules()) {
+    const FontSpec font = defaults_.DefaultFont;
+    SetDefaultFont(&font);
+    const TitleRenderSettings settings = BuiltInRenderSettings();
+    SetRenderSettings(&settings);
+}
+
+MetaString* CCaptionFx::Find(int32_t string) { return IsIndexOf(strings_, string) ? &At(strings_, string) : nullptr; }
+
+MetaString* CCaptionFx::FindWith(int32_t string, int32_t character) {
+    MetaString* const found = Find(string);
+    return found != nullptr && IsIndexOf(found->Characters, character) ? found : nullptr;
+}
+
+int32_t CCaptionFx::AddString() noexcept {
+    return Guarded([&] {
+        MetaString& string = strings_.emplace_back();
+        TakeSettings(string, defaults_.DefaultString);
+        const int32_t index = CountOf(strings_) - 1;
+        TitleRectF rect{};
+        GetStringRect(index, &rect);
+        string.OriginX = rect.x;
+        string.OriginY = rect.y;
+        LayoutString(services_.Fonts(), defaults_.DefaultFont, string);
+        cache_.SavedFrameValid = false;
+        return index;
+    });
+}
+
+int32_t CCaptionFx::ClearString(int32_t string) noexcept {
+    MetaString* const found = Find(string);
+    if (found == nullptr) return kTitleInvalidArgument;
+    found->PathObject.reset();
+    found->Characters.clear();
+    found->Lines.clear();
+    found->Paragraphs.clear();
+    found->Fonts.clear();
+    found->Faces.clear();
+    found->Borders.clear();
+    found->Shadows.clear();
+    found->PathList.clear();
+    found->KeyCursor = nullptr;
+    found->GlyphLayersList.clear();
+    found->StringPlanes = {};
+    cache_.SavedFrameValid = false;
+    return kTitleOk;
+}
+
+int32_t CCaptionFx::RemoveAllStrings() noexcept {
+    for (int32_t i = 0; i < CountOf(strings_); ++i) ClearString(i);
+    strings_.clear();
+    return kTitleOk;
+}
+
+int32_t CCaptionFx::InsertText(int32_t string, int32_t position, const char16_t* text) noexcept {
+    return Guarded([&] {
+        MetaString* const found = Find(string);
+        if (found == nullptr) return 0;
+        const int32_t count = CountOf(found->Characters);
+        if (position < 0 || position > count || text == nullptr || text[0] == u'\0') return count;
+        if (captionfx::InsertText(services_, defaults_, *found, position, text) != kTitleOk) return count;
+        cache_.SavedFrameValid = false;
+        return CountOf(found->Characters);
+    });
+}
+
+int32_t CCaptionFx::DeleteText(int32_t /*string*/, int32_t /*first*/, int32_t /*count*/) noexcept {
+    return kTitleFailure;
+}
+
+int32_t CCaptionFx::ResetDefaults() noexcept {
+    return Guarded([&] {
+        const TitleDefaults defaults = BuiltInDefaults();
+        const TitleRenderSettings settings = BuiltInRenderSettings();
+        SetDefaultFont(&defaults.DefaultFont);
+        SetDefaultFace(&defaults.DefaultFace);
+        SetDefaultBorder(&defaults.DefaultBorder);
+        SetDefaultShadow(&defaults.DefaultShadow);
+        SetDefaultCharSpacing(&defaults.DefaultCharSpacing);
+        SetDefaultParagraph(&defaults.DefaultParagraph);
+        SetDefaultString(&defaults.DefaultString);
+        SetRenderSettings(&settings);
+        strings_.clear();
+        return kTitleOk;
+    });
+}
+
+void* CCaptionFx::Destroy(uint32_t flags) noexcept {
+    constexpr uint32_t kFreeStorage = 1;
+    std::destroy_at(this);
+    if ((flags & kFreeStorage) != 0) std::allocator<CCaptionFx>().deallocate(this, 1);
+    return this;
+}
+
+}  // namespace captionfx

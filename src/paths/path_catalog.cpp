@@ -1,0 +1,143 @@
+#include "paths/path_catalog.h"
+
+#include <algorithm>
+#include <array>
+
+#include "paths/reveal_paths.h"
+
+namespace captionfx {
+namespace {
+
+constexpr int32_t kOnImage = 1;
+
+constexpr std::string_view kSlide = "CLASS_SLIDE", kFly = "CLASS_FLY", kRotate = "CLASS_ROTATE", kPopup = "CLASS_POPUP",
+                           kWipe = "CLASS_WIPE", kRollAndCrawl = "CLASS_ROLLNCRAWL", kSpecial = "CLASS_SPECIAL",
+                           kNone = "CLASS_NOEFFECT";
+
+/// Appends to a zeroed field at `at`, and moves it on.
+constexpr void Append(char* field, size_t& at, std::string_view text) {
+    for (const char c : text) field[at++] = c;
+}
+
+constexpr char ToUpper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+/// A row; all its texts follow from the token, such as "SlideUp": "PATH_SLIDEUP", "IDS_FXS_Ti_SlideUp_Name".
+constexpr PathCatalogEntry Row(std::string_view token, std::string_view classKey, int32_t listGroup,
+                               int32_t passCount = 1, int32_t imageBased = 0) {
+    PathCatalogEntry row{};
+    size_t name = 0, nameKey = 0, descKey = 0, classEnd = 0;
+    Append(row.PathName, name, "PATH_");
+    for (const char c : token) row.PathName[name++] = ToUpper(c);
+    for (const std::string_view piece : {std::string_view("IDS_FXS_Ti_"), token, std::string_view("_Name")}) {
+        Append(row.NameKey, nameKey, piece);
+    }
+    for (const std::string_view piece : {std::string_view("IDS_FXS_Ti_"), token, std::string_view("_Desc")}) {
+        Append(row.DescKey, descKey, piece);
+    }
+    Append(row.ClassKey, classEnd, classKey);
+    row.ListGroup = listGroup;
+    row.PassCount = passCount;
+    row.ImageBased = imageBased;
+    return row;
+}
+
+/// A row with the class that serves it.
+template <class Path>
+constexpr PathCatalogEntry Row(std::string_view token, std::string_view classKey, int32_t listGroup,
+                               int32_t passCount = 1, int32_t imageBased = 0) {
+    static_assert(std::is_final_v<Path> && std::is_base_of_v<CPathBase, Path>);
+    static_assert(sizeof(Path) == sizeof(CPathBase), "a character effect keeps no state of its own");
+    PathCatalogEntry row = Row(token, classKey, listGroup, passCount, imageBased);
+    row.Make = []() -> std::unique_ptr<CPathBase> { return std::make_unique<Path>(); };
+    return row;
+}
+
+// The one list of effects. Order, groups and counts are part of what hosts rely on.
+constexpr std::array kCatalog = {
+    Row("AmplifyH", kWipe, 1),
+    Row("AmplifyV", kWipe, 1),
+    Row("Assembly", kSlide, 1),
+    Row("DoubleVisionH", kPopup, 1, 2),
+    Row("DoubleVisionV", kPopup, 1, 2),
+    Row("Flocking", kSpecial, 2),
+    Row("Glitter", kPopup, 2),
+    Row("HideDown", kSlide, 2),
+    Row("HideLeft", kSlide, 2),
+    Row("HideRight", kSlide, 2),
+    Row("HideUp", kSlide, 2),
+    Row("Icicles", kSpecial, 2),
+    Row("Magnets1", kPopup, 1),
+    Row("Magnets2", kPopup, 1),
+    Row("March", kFly, 2),
+    Row<CPathNoEffect>("NoEffect", kNone, 2),
+    Row("Popup1", kPopup, 1),
+    Row("Popup2", kPopup, 1),
+    Row("Popup3", kPopup, 1),
+    Row("RollerCoasterLeft", kFly, 2),
+    Row("RollerCoasterRight", kFly, 2),
+    Row("RollingLeft", kRotate, 1),
+    Row("RollingRight", kRotate, 1),
+    Row("RotateCCW", kRotate, 2),
+    Row("RotateCW", kRotate, 2),
+    Row("ScrollDown", kRollAndCrawl, 2),
+    Row("ScrollLeft", kRollAndCrawl, 2),
+    Row("ScrollRight", kRollAndCrawl, 2),
+    Row("ScrollUp", kRollAndCrawl, 2),
+    Row("SlideDown", kSlide, 1),
+    Row("SlideLeft", kSlide, 1),
+    Row("SlideRight", kSlide, 1),
+    Row("SlideUp", kSlide, 1),
+    Row("SoloDown", kSlide, 1),
+    Row("SoloLeft", kSlide, 1),
+    Row("SoloRight", kSlide, 1),
+    Row("SoloUp", kSlide, 1),
+    Row("Spiral", kFly, 2),
+    Row("SwarmLeft", kFly, 1),
+    Row("SwarmRight", kFly, 1),
+    Row("Swirl", kRotate, 2),
+    Row("TranceCCW", kRotate, 1, 2),
+    Row("TranceCW", kRotate, 1, 2),
+    Row("TranceCenter", kSpecial, 1, 2),
+    Row("TranceDown", kSlide, 1, 2),
+    Row("TranceLeft", kSlide, 1, 2),
+    Row("TranceRight", kSlide, 1, 2),
+    Row("TranceUp", kSlide, 1, 2),
+    Row("Twinkle", kPopup, 2),
+    Row("Unite", kSpecial, 1),
+    Row("Wave", kFly, 2),
+    Row("WindshieldLeft", kFly, 1),
+    Row("WindshieldRight", kFly, 1),
+    Row("WipeDown", kWipe, 2),
+    Row("WipeLeft", kWipe, 2),
+    Row("WipeRight", kWipe, 2),
+    Row("WipeUp", kWipe, 2),
+    Row("Flip", kSpecial, 1),
+    Row<CPathFade>("Fade", kWipe, 2),
+    Row("RotateInwards", kRotate, 1),
+    Row("RotateOutwards", kRotate, 1),
+    Row("BlurLeft", kSpecial, 1, 1, kOnImage),
+    Row("BlurRight", kSpecial, 1, 1, kOnImage),
+    Row("PerspectiveScroll", kRollAndCrawl, 1, 1, kOnImage),
+    Row("Glow", kSpecial, 1, 1, kOnImage),
+};
+
+constexpr bool NamesAreUnique() {
+    for (size_t a = 0; a < kCatalog.size(); ++a) {
+        for (size_t b = a + 1; b < kCatalog.size(); ++b) {
+            if (std::string_view(kCatalog[a].PathName) == std::string_view(kCatalog[b].PathName)) return false;
+        }
+    }
+    return true;
+}
+static_assert(kCatalog.size() == 65 && NamesAreUnique());
+
+}  // namespace
+
+std::span<const PathCatalogEntry> PathCatalog() { return kCatalog; }
+
+const PathCatalogEntry* FindPath(std::string_view name) {
+    const auto row = std::ranges::find_if(kCatalog, [&](const PathCatalogEntry& entry) { return name == entry.PathName; });
+    return row == kCatalog.end() ? nullptr : &*row;
+}
+
+}  // namespace captionfx

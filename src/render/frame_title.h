@@ -1,0 +1,43 @@
+// What a frame reads and writes of its title.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "host/document.h"
+#include "paths/path_manager.h"
+#include "platform/font_system.h"
+#include "platform/page_memory.h"
+#include "render/glyph_raster.h"
+#include "render/image_utility_ops.h"
+
+namespace captionfx {
+
+/// What is kept from one frame to the next.
+struct FrameCache {
+    TitleRect FrameDirtyRect{};  ///< Touched by the last frame.
+    TitleRect SavedDirtyRect{};  ///< Where SavedFrame has content.
+    bool SavedFrameValid = false;
+    std::unique_ptr<uint32_t[]> SavedFrame;  ///< The last string of a frame at rest, colour multiplied by alpha.
+
+    void FreeSavedFrame() {
+        SavedFrame.reset();
+        SavedFrameValid = false;
+    }
+};
+
+struct FrameTitle {
+    const TitleRenderSettings& Settings;
+    bool VerticalTitle;  ///< The direction of the default string.
+    std::vector<MetaString>& Strings;
+    CPathManager& Paths;
+    ImageUtilityOps& Ops;
+    FontSystem& Fonts;
+    PageMemory& Pages;
+    FrameCache& Cache;
+
+    [[nodiscard]] GlyphSettings Glyphs() const { return {Fonts, Settings, VerticalTitle}; }
+    [[nodiscard]] TitleRect Frame() const { return {0, 0, Settings.Width, Settings.Height}; }
+};
+
+}  // namespace captionfx

@@ -1,0 +1,36 @@
+// The pixels of one character: its face, border and shadow, each a small picture that knows where it lies.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+namespace captionfx {
+
+/// A picture of 32-bit pixels, row pitch Width times 4. Without pixels the layer is absent.
+struct GlyphBitmap {
+    std::unique_ptr<uint32_t[]> Pixels;
+    int32_t Width = 0, Height = 0;
+    float X = 0, Y = 0;  ///< Upper left corner from the character's position, pixels.
+
+    [[nodiscard]] size_t PixelCount() const { return static_cast<size_t>(Width) * static_cast<size_t>(Height); }
+};
+
+inline constexpr uint8_t kFaceDirty = 1;
+inline constexpr uint8_t kBorderDirty = 2;
+inline constexpr uint8_t kShadowDirty = 4;
+inline constexpr uint8_t kAllLayersDirty = kFaceDirty | kBorderDirty | kShadowDirty;
+
+/// The layers of one character, and which of them have to be built anew.
+struct GlyphLayers {
+    GlyphBitmap Face, Border, Shadow;
+    uint8_t DirtyMask = kAllLayersDirty;
+
+    void FreePixels() {
+        Face.Pixels.reset();
+        Border.Pixels.reset();
+        Shadow.Pixels.reset();
+    }
+};
+
+}  // namespace captionfx

@@ -1,0 +1,146 @@
+#include "render/plane_drawing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include "platform/conversions.h"
+#include "render/pixel.h"
+#include "render/rect.h"
+
+namespace captionfx {
+namespace {
+
+/// A coordinate as the placement uses it: the pixel that it lies in, how far from the pixel before it (above 0, at most
+/// 1), and where a picture of some length ends.
+struct Placement {
+    explicit Placement(float at, int32_t length) {
+        const float whole = static_cast<float>(ToInt32(static_cast<double>(at)));
+        const bool isWhole = at == whole;
+        First = static_cast<int64_t>(whole) - (at < 0 && !isWhole ? 1 : 0);
+        End = First + length + (isWhole ? 0 : 1);
+        Fraction = at > 0 ? at - whole : at + 1 - whole;
+    }
+
+    int64_t First, End;
+    float Fraction;
+};
+
+/// The four weights, 16.16, cut. Their sum is 65356 at most, not 65536.
+struct Weights {
+    Weights(float fx, float fy)
+        : W00(Cut(fx * fy)), W10(Cut((1 - fx) * fy)), W01(Cut(fx * (1 - fy))), W11(Cut((1 - fx) * (1 - fy))) {}
+
+    static uint32_t Cut(float product) { return static_cast<uint32_t>(static_cast<double>(product) * 65356.0); }
+
+    uint32_t W00, W10, W01, W11;
+};
+
+/// The mean of a channel over those of four samples that have alpha.
+class ColorMean {
+public:
+    ColorMean(uint32_t s00, uint32_t s10, uint32_t s01, uint32_t s11) : samples_{s00, s10, s01, s11} {
+        for (uint32_t& sample : samples_) {
+            if (AlphaOf(sample) == 0) {
+                sample = 0;
+            } else {
+                ++count_;
+            }
+        }
+    }
+
+    [[nodiscard]] uint32_t operator()(uint32_t shift) const {
+        uint32_t sum = 0;
+        for (const uint32_t sample : samples_) sum += ChannelOf(sample, shift);
+        return count_ == 4 ? sum >> 2U : sum / count_;
+    }
+
+private:
+    uint32_t samples_[4];
+    uint32_t count_ = 0;
+};
+
+/// Lays a premultiplied pixel over a plane's.
+uint32_t Over(uint32_t target, uint32_t color, uint32_t a) {
+    if (a == 255 || AlphaOf(target) == 0) return WithAlpha(color, a);
+    const uint32_t t = ((255 - AlphaOf(target)) * (256 - a)) >> 8U;
+    uint32_t result = WithAlpha(target, 255 - t);
+    if (t == 255) return result;
+    result &= ~kColorMask;
+    for (const uint32_t shift : kColorShifts) {
+        const uint32_t channel = ((ChannelOf(target, shift) * (256 - a)) >> 8U) + ChannelOf(color, shift);
+        result |= std::min(channel, 255U) << shift;
+    }
+    return result;
+}
+
+uint32_t Placed(uint32_t target, const Weights& w, uint32_t s00, uint32_t s10, uint32_t s01, uint32_t s11,
+                uint32_t alpha) {
+    const uint32_t coverage =
+        (AlphaOf(s00) * w.W00 + AlphaOf(s10) * w.W10 + AlphaOf(s01) * w.W01 + AlphaOf(s11) * w.W11) >> 16U;
+    const uint32_t a = ((coverage * (alpha + 1)) >> 8U) & 0xFFU;
+    if (a == 0) return target;
+    const ColorMean mean(s00, s10, s01, s11);
+    uint32_t color = 0;
+    for (const uint32_t shift : kColorShifts) color |= (mean(shift) * (a + 1)) >> 8U << shift;
+    return Over(target, color, a);
+}
+
+}  // namespace
+
+int32_t DrawGlyphBitmap(const PlaneView& plane, const TitleRect& clip, const GlyphBitmap& bitmap, float x, float y,
+                        uint32_t alpha) {
+    if (plane.Pixels == nullptr || !bitmap.Pixels) return 0;
+    if (plane.Width < 1 || plane.Height < 1 || bitmap.Width < 1 || bitmap.Height < 1 || alpha < 1) return 0;
+    if (!std::isfinite(x) || !std::isfinite(y)) return 1;
+
+    const Placement px(x, bitmap.Width), py(y, bitmap.Height);
+    const TitleRect limit = Intersection(clip, {0, 0, plane.Width, plane.Height});
+    const int64_t left = std::max<int64_t>(px.First, limit.left), right = std::min<int64_t>(px.End, limit.right);
+    const int64_t top = std::max<int64_t>(py.First, limit.top), bottom = std::min<int64_t>(py.End, limit.bottom);
+    const Weights weights(px.Fraction, py.Fraction);
+
+    for (int64_t row = top; row < bottom; ++row) {
+        uint32_t* const out = plane.Pixels + row * plane.Width;
+        // The two rows of the bitmap that meet in this one; a row or a column outside counts as zero.
+        const int64_t v = row - py.First;
+        const uint32_t* const upper = v >= 1 ? bitmap.Pixels.get() + (v - 1) * bitmap.Width : nullptr;
+        const uint32_t* const lower = v < bitmap.Height ? bitmap.Pixels.get() + v * bitmap.Width : nullptr;
+        const auto sample = [&](const uint32_t* samples, int64_t u) {
+            return samples != nullptr && u >= 0 && u < bitmap.Width ? samples[u] : 0U;
+        };
+        uint32_t s00 = sample(upper, left - px.First - 1), s01 = sample(lower, left - px.First - 1);
+        for (int64_t column = left; column < right; ++column) {
+            const uint32_t s10 = sample(upper, column - px.First), s11 = sample(lower, column - px.First);
+            out[column] = Placed(out[column], weights, s00, s10, s01, s11, alpha);
+            s00 = s10;
+            s01 = s11;
+        }
+    }
+    return 1;
+}
+
+void MergeFaceOverBorder(const PlaneView& border, const PlaneView& face, const TitleRect& rect) {
+    for (int32_t y = rect.top; y < rect.bottom; ++y) {
+        uint32_t* const below = border.Pixels + std::ptrdiff_t{y} * border.Width;
+        const uint32_t* const above = face.Pixels + std::ptrdiff_t{y} * face.Width;
+        for (int32_t x = rect.left; x < rect.right; ++x) {
+            const uint32_t f = above[x], b = below[x];
+            const uint32_t fa = AlphaOf(f), ba = AlphaOf(b);
+            if (fa == 0 && ba != 0) continue;
+            if (fa == 255 || ba == 0) {
+                below[x] = f;
+                continue;
+            }
+            const uint32_t a = std::min(fa + ba, 255U);
+            uint32_t merged = a << kAlphaShift;
+            for (const uint32_t shift : kColorShifts) {
+                const uint32_t channel = ChannelOf(f, shift) + (256 - fa) * ChannelOf(b, shift) / ba;
+                merged |= ((channel * a >> 8U) & 0xFFU) << shift;
+            }
+            below[x] = merged;
+        }
+    }
+}
+
+}  // namespace captionfx

@@ -1,0 +1,72 @@
+#include "text/insert_text.h"
+
+#include "host/style_tables.h"
+#include "layout/reflow.h"
+#include "layout/string_layout.h"
+#include "text/font_runs.h"
+
+namespace captionfx {
+namespace {
+
+constexpr char16_t kFirstUprightCharacter = 128;  // below it, vertical text lays characters on their side
+
+/// The fonts of a text under the default font. Empty when no font-link session can be had.
+std::vector<MetaFont> LinkFonts(PlatformServices& services, const FontSpec& request, std::u16string_view text) {
+    const std::unique_ptr<FontLink> link = services.CreateFontLink();
+    if (!link) return {};
+    std::vector<MetaFont> fonts(text.size());
+    SplitFontRuns(services.Fonts(), *link, text, kEmSize, request, fonts);
+    link->ResetFontMapping();
+    return fonts;
+}
+
+/// Sets the extent of a character from its font, crossed where a vertical string lays it on its side.
+void SetExtent(FontSystem& system, const MetaFont& font, bool vertical, MetaCharacter& character) {
+    const auto unit = static_cast<char16_t>(character.Value);
+    const TextExtent extent = system.Realise(font.LogFont)->Extent(unit);
+    character.Width = static_cast<float>(extent.cx) * font.SizeRatio;
+    character.Height = static_cast<float>(extent.cy) * font.SizeRatio;
+    if (vertical && unit < kFirstUprightCharacter) std::swap(character.Width, character.Height);
+}
+
+/// The first paragraph and line of a string that has no text yet.
+void OpenFirstLine(MetaString& string, const ParagraphSpec& settings) {
+    InsertParagraphRecord(string, 0, settings);
+    InsertLineRecord(string, 0);
+}
+
+}  // namespace
+
+int32_t InsertText(PlatformServices& services, const TitleDefaults& defaults, MetaString& string, int32_t position,
+                   std::u16string_view text) {
+    const std::vector<MetaFont> fonts = LinkFonts(services, defaults.DefaultFont, text);
+    if (fonts.empty()) return kTitleFailure;
+    if (string.Characters.empty()) OpenFirstLine(string, defaults.DefaultParagraph);
+
+    MetaCharacter character{};
+    character.WidthScale = defaults.DefaultCharSpacing.WidthScale;
+    character.Spacing = defaults.DefaultCharSpacing.Spacing;
+    character.LineIndex = position > 0 ? At(string.Characters, position - 1).LineIndex : 0;
+    character.FaceIndex = InternFace(string, defaults.DefaultFace);
+    character.BorderIndex = InternBorder(string, defaults.DefaultBorder);
+    character.ShadowIndex = InternShadow(string, defaults.DefaultShadow);
+
+    std::vector<MetaCharacter> fresh;
+    fresh.reserve(text.size());
+    for (size_t i = 0; i < text.size(); ++i) {
+        character.Value = text[i];
+        character.FontIndex = InternFont(string, fonts[i]);
+        SetExtent(services.Fonts(), fonts[i], string.Vertical != 0, character);
+        fresh.push_back(character);
+    }
+    std::vector<GlyphLayers> layers(text.size());
+    string.GlyphLayersList.insert(string.GlyphLayersList.begin() + position, std::move_iterator(layers.begin()),
+                                  std::move_iterator(layers.end()));
+    string.Characters.insert(string.Characters.begin() + position, fresh.begin(), fresh.end());
+
+    ReflowLines(string, position, CountOf(fresh), defaults.DefaultString.Vertical != 0);
+    LayoutString(services.Fonts(), defaults.DefaultFont, string);
+    return kTitleOk;
+}
+
+}  // namespace captionfx
