@@ -10,7 +10,8 @@ TitleDefaults BuiltInDefaults() {
     SetText(defaults.DefaultFont.FaceName, u"Arial");
     defaults.DefaultFont.CharSet = kDefaultCharSet;
     defaults.DefaultFont.Size = 24.0F;
-    defaults.DefaultFace = {.Enable = 1, .Color1 = kWhite, .Color2 = kWhite, .GradType = 0, .Alpha = 255, .BlurRadius = 0};
+    defaults.DefaultFace = {
+        .Enable = 1, .Color1 = kWhite, .Color2 = kWhite, .GradType = 0, .Alpha = 255, .BlurRadius = 0};
     defaults.DefaultBorder = {
         .Enable = 1, .Size = 3, .Color1 = kRed, .Color2 = kRed, .GradType = 0, .Alpha = 255, .BlurRadius = 0};
     defaults.DefaultShadow = {.EnableFace = 1,

@@ -80,7 +80,8 @@ struct CharSpacing {
 
 /// Settings of a paragraph. 24 bytes. Lengths are document units.
 struct ParagraphSpec {
-    uint32_t Align;     ///< Bits 1 and 2: 2 is right, 6 is centre, anything else left (in vertical text: bottom, middle, top).
+    uint32_t
+        Align;  ///< Bits 1 and 2: 2 is right, 6 is centre, anything else left (in vertical text: bottom, middle, top).
     float LineSpace;    ///< Added after every line, the last included.
     float BeforeSpace;  ///< Added before the paragraph.
     float AfterSpace;   ///< Added after the paragraph.
@@ -90,22 +91,22 @@ struct ParagraphSpec {
 
 /// Settings of a string. 544 bytes.
 struct StringSpec {
-    float Left, Top;      ///< Upper left corner, document units.
-    float WidthLimit;     ///< Line length at which text wraps, document units; 1e9 means never.
-    float RotateDegree;   ///< Rotation about (Left, Top), degrees, clockwise.
-    int32_t Vertical;     ///< Non-zero: text runs from top to bottom, columns from right to left.
-    char PathID[260];     ///< Name of the effect, such as "PATH_FADE"; empty draws nothing.
-    float PathProgress;   ///< Progress of the effect: 0 not there yet, 1 at rest. Not clamped.
-    char MaskFile[260];   ///< Kept and returned; it takes no part in drawing.
+    float Left, Top;     ///< Upper left corner, document units.
+    float WidthLimit;    ///< Line length at which text wraps, document units; 1e9 means never.
+    float RotateDegree;  ///< Rotation about (Left, Top), degrees, clockwise.
+    int32_t Vertical;    ///< Non-zero: text runs from top to bottom, columns from right to left.
+    char PathID[260];    ///< Name of the effect, such as "PATH_FADE"; empty draws nothing.
+    float PathProgress;  ///< Progress of the effect: 0 not there yet, 1 at rest. Not clamped.
+    char MaskFile[260];  ///< Kept and returned; it takes no part in drawing.
 };
 
 /// Fill of the glyphs. 24 bytes.
 struct MetaFace {
     int32_t Enable;           ///< 0 draws no face.
     uint32_t Color1, Color2;  ///< The two ends of the fill, 0x00BBGGRR. Equal colours make a flat fill.
-    int32_t GradType;         ///< 1 top to bottom, 2 right to left, 3 left to right, 4 to 7 diagonal, others bottom to top.
-    int32_t Alpha;            ///< 0 to 255; the low byte counts.
-    int32_t BlurRadius;       ///< Tenths of an eighth of the font's size; below 1 is sharp.
+    int32_t GradType;    ///< 1 top to bottom, 2 right to left, 3 left to right, 4 to 7 diagonal, others bottom to top.
+    int32_t Alpha;       ///< 0 to 255; the low byte counts.
+    int32_t BlurRadius;  ///< Tenths of an eighth of the font's size; below 1 is sharp.
 };
 
 /// Outline around the glyphs. 28 bytes.
@@ -132,10 +133,10 @@ struct MetaShadow {
 
 /// Output settings of a title. 60 bytes.
 struct TitleRenderSettings {
-    uint32_t Reserved;          ///< Kept and returned unchanged.
-    int32_t AntialiasMode;      ///< Gray levels of glyphs: 0 is 65, 1 is 17, 2 is 5, 3 is black and white. Others act as 1.
-    int32_t PixelFormat;        ///< 0 ARGB, 1 AYUV; others act as 0.
-    int32_t PostFilter;         ///< Non-zero: a vertical low-pass against flicker on interlaced displays.
+    uint32_t Reserved;      ///< Kept and returned unchanged.
+    int32_t AntialiasMode;  ///< Gray levels of glyphs: 0 is 65, 1 is 17, 2 is 5, 3 is black and white. Others act as 1.
+    int32_t PixelFormat;    ///< 0 ARGB, 1 AYUV; others act as 0.
+    int32_t PostFilter;     ///< Non-zero: a vertical low-pass against flicker on interlaced displays.
     int32_t DestinationAlpha;   ///< Non-zero: the destination carries alpha of its own. With 0 its alpha must hold 255.
     int32_t Width, Height;      ///< Frame size in pixels; zero or less draws nothing.
     float ScaleX, ScaleY;       ///< Document units to pixels, above 0.
@@ -295,7 +296,8 @@ public:
     /// Puts all defaults and the output settings back to the built-in values and removes all strings. Returns 0.
     virtual int32_t ResetDefaults() noexcept = 0;
 
-    /// Ends the title; bit 0 of `flags` also frees its storage. Hosts call ReleaseTitleHost instead. Returns the object.
+    /// Ends the title; bit 0 of `flags` also frees its storage. Hosts call ReleaseTitleHost instead. Returns the
+    /// object.
     virtual void* Destroy(uint32_t flags) noexcept = 0;
 
 protected:

@@ -1,7 +1,7 @@
 // The records of a title: strings with their text, structure, style tables, keyframes and render caches.
 //
-// The names of records and fields are also those of the title's XML. Positions and sizes are document units, relative to
-// the next larger record. Style records are plain bytes, built from zeroed storage, since the tables compare bytes.
+// The names of records and fields are also those of the title's XML. Positions and sizes are document units, relative
+// to the next larger record. Style records are plain bytes, built from zeroed storage, since the tables compare bytes.
 #pragma once
 
 #include <array>
@@ -51,9 +51,9 @@ struct MetaFont {
 
 /// One UTF-16 code unit.
 struct MetaCharacter {
-    uint32_t Value;      ///< The code unit; the upper half is 0.
-    float Left, Top;     ///< Inside the line.
-    float Width, Height; ///< Extent without stretch; crossed where a vertical string lays the character on its side.
+    uint32_t Value;       ///< The code unit; the upper half is 0.
+    float Left, Top;      ///< Inside the line.
+    float Width, Height;  ///< Extent without stretch; crossed where a vertical string lays the character on its side.
     float WidthScale, Spacing;
     int32_t LineIndex;
     int32_t FontIndex, FaceIndex, BorderIndex, ShadowIndex;

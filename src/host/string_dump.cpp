@@ -16,7 +16,9 @@ void WriteLine(DebugOutput& output, const char* format, Values... values) {
     output.Write(line.data());
 }
 
-double Wide(float value) { return static_cast<double>(value); }
+double Wide(float value) {
+    return static_cast<double>(value);
+}
 
 void WriteCharacter(DebugOutput& output, int32_t string, int32_t index, const MetaCharacter& c) {
     WriteLine(output,

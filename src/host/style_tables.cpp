@@ -44,10 +44,18 @@ int32_t ReleaseRange(std::vector<MetaCharacter>& characters, std::vector<Style>&
 
 }  // namespace
 
-int32_t InternFont(MetaString& string, const MetaFont& font) { return Intern(string.Fonts, font); }
-int32_t InternFace(MetaString& string, const MetaFace& face) { return Intern(string.Faces, face); }
-int32_t InternBorder(MetaString& string, const MetaBorder& border) { return Intern(string.Borders, border); }
-int32_t InternShadow(MetaString& string, const MetaShadow& shadow) { return Intern(string.Shadows, shadow); }
+int32_t InternFont(MetaString& string, const MetaFont& font) {
+    return Intern(string.Fonts, font);
+}
+int32_t InternFace(MetaString& string, const MetaFace& face) {
+    return Intern(string.Faces, face);
+}
+int32_t InternBorder(MetaString& string, const MetaBorder& border) {
+    return Intern(string.Borders, border);
+}
+int32_t InternShadow(MetaString& string, const MetaShadow& shadow) {
+    return Intern(string.Shadows, shadow);
+}
 
 int32_t ReleaseFontRange(MetaString& string, int32_t first, int32_t count) {
     return ReleaseRange(string.Characters, string.Fonts, &MetaCharacter::FontIndex, first, count);

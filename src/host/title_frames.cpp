@@ -32,11 +32,23 @@ int32_t CCaptionFx::FlushRenderCaches() noexcept {
 }
 
 // Titles have no XML form yet.
-int32_t CCaptionFx::LoadFromBuffer(const char16_t* /*xml*/) noexcept { return kTitleFailure; }
-int32_t CCaptionFx::SaveToBuffer(char16_t* /*buffer*/, uint32_t* /*sizeInBytes*/) noexcept { return kTitleFailure; }
-int32_t CCaptionFx::LoadFromFile(const char16_t* /*path*/) noexcept { return kTitleFailure; }
-int32_t CCaptionFx::SaveToFile(const char16_t* /*path*/) noexcept { return kTitleFailure; }
-int32_t CCaptionFx::LoadFromNode(void* /*element*/) noexcept { return kTitleFailure; }
-int32_t CCaptionFx::SaveToNode(void* /*element*/) noexcept { return kTitleFailure; }
+int32_t CCaptionFx::LoadFromBuffer(const char16_t* /*xml*/) noexcept {
+    return kTitleFailure;
+}
+int32_t CCaptionFx::SaveToBuffer(char16_t* /*buffer*/, uint32_t* /*sizeInBytes*/) noexcept {
+    return kTitleFailure;
+}
+int32_t CCaptionFx::LoadFromFile(const char16_t* /*path*/) noexcept {
+    return kTitleFailure;
+}
+int32_t CCaptionFx::SaveToFile(const char16_t* /*path*/) noexcept {
+    return kTitleFailure;
+}
+int32_t CCaptionFx::LoadFromNode(void* /*element*/) noexcept {
+    return kTitleFailure;
+}
+int32_t CCaptionFx::SaveToNode(void* /*element*/) noexcept {
+    return kTitleFailure;
+}
 
 }  // namespace captionfx

@@ -38,7 +38,9 @@ CCaptionFx::CCaptionFx(PlatformServices& services)
     SetRenderSettings(&settings);
 }
 
-MetaString* CCaptionFx::Find(int32_t string) { return IsIndexOf(strings_, string) ? &At(strings_, string) : nullptr; }
+MetaString* CCaptionFx::Find(int32_t string) {
+    return IsIndexOf(strings_, string) ? &At(strings_, string) : nullptr;
+}
 
 MetaString* CCaptionFx::FindWith(int32_t string, int32_t character) {
     MetaString* const found = Find(string);

@@ -28,7 +28,9 @@ int32_t CCaptionFx::GetLineCount(int32_t string) noexcept {
     return found == nullptr ? 0 : CountOf(found->Lines);
 }
 
-int32_t CCaptionFx::GetStringCount() noexcept { return CountOf(strings_); }
+int32_t CCaptionFx::GetStringCount() noexcept {
+    return CountOf(strings_);
+}
 
 int32_t CCaptionFx::GetParagraphCount(int32_t string) noexcept {
     const MetaString* const found = Find(string);

@@ -42,7 +42,9 @@ void CCaptionFx::SetDefaultFont(const FontSpec* font) noexcept {
     });
 }
 
-int32_t CCaptionFx::SetDefaultFace(const MetaFace* face) noexcept { return Store(defaults_.DefaultFace, face); }
+int32_t CCaptionFx::SetDefaultFace(const MetaFace* face) noexcept {
+    return Store(defaults_.DefaultFace, face);
+}
 int32_t CCaptionFx::SetDefaultBorder(const MetaBorder* border) noexcept {
     return Store(defaults_.DefaultBorder, border);
 }

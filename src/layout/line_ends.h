@@ -1,5 +1,5 @@
-// Line-end characters: an LF right after a CR, and a CR right before an LF. They advance nothing and have no pixels; a CR
-// or LF alone is an ordinary character.
+// Line-end characters: an LF right after a CR, and a CR right before an LF. They advance nothing and have no pixels; a
+// CR or LF alone is an ordinary character.
 #pragma once
 
 #include "host/document.h"
@@ -29,7 +29,8 @@ namespace captionfx {
 [[nodiscard]] inline float AdvanceOf(const std::vector<MetaCharacter>& text, int32_t index, bool vertical) {
     if (IsLineEnd(text, index)) return 0;
     const MetaCharacter& character = At(text, index);
-    return vertical ? character.Height + character.Spacing : (character.Width + character.Spacing) * character.WidthScale;
+    return vertical ? character.Height + character.Spacing
+                    : (character.Width + character.Spacing) * character.WidthScale;
 }
 
 /// The length at which lines of a paragraph wrap, document units.

@@ -15,7 +15,9 @@ struct Corner {
     }
 };
 
-Corner CornerOf(const MetaString& string) { return {string.Left, string.Top}; }
+Corner CornerOf(const MetaString& string) {
+    return {string.Left, string.Top};
+}
 
 Corner CornerOf(const MetaString& string, const MetaLine& line) {
     return CornerOf(string).Inside(At(string.Paragraphs, line.ParagraphIndex)).Inside(line);

@@ -10,7 +10,9 @@ struct PixelScale {
     float X, Y;
 };
 
-[[nodiscard]] inline PixelScale ScaleOf(const TitleRenderSettings& settings) { return {settings.ScaleX, settings.ScaleY}; }
+[[nodiscard]] inline PixelScale ScaleOf(const TitleRenderSettings& settings) {
+    return {settings.ScaleX, settings.ScaleY};
+}
 
 // The indices must be good.
 [[nodiscard]] TitleRectF StringRect(const MetaString& string, PixelScale scale);

@@ -25,7 +25,8 @@ struct Axes {
 
 std::span<MetaLine> LinesOf(MetaString& string, const MetaParagraph& paragraph) {
     return std::span(string.Lines)
-        .subspan(static_cast<size_t>(paragraph.LineStart), static_cast<size_t>(paragraph.LineEnd - paragraph.LineStart + 1));
+        .subspan(static_cast<size_t>(paragraph.LineStart),
+                 static_cast<size_t>(paragraph.LineEnd - paragraph.LineStart + 1));
 }
 
 const MetaFont& FontOf(const MetaString& string, int32_t i) {

@@ -11,9 +11,9 @@ void Hold(MetaString& string, std::string_view name, float progress) {
     string.PathProgress = name == "PATH_NOEFFECT" ? 1.0F : progress;
 }
 
-/// The last keyframe before `time` and the first one not before it; both become the end of the list where there is none.
-/// They are walked for with the comparisons written out: a time that is not a number has no neighbours, while an ordered
-/// look-up would find it equal to anything.
+/// The last keyframe before `time` and the first one not before it; both become the end of the list where there is
+/// none. They are walked for with the comparisons written out: a time that is not a number has no neighbours, while an
+/// ordered look-up would find it equal to anything.
 void Resolve(MetaString& string, float time) {
     const auto& list = string.PathList;
     const auto exact = std::isnan(time) ? list.end() : list.find(time);

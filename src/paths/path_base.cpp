@@ -51,7 +51,9 @@ int32_t CPathBase::SetCharCount(int32_t count) {
     return 1;
 }
 
-int32_t CPathBase::ReleaseResources() { return 1; }
+int32_t CPathBase::ReleaseResources() {
+    return 1;
+}
 
 int32_t CPathBase::SetStringRect(const TitleRectF& rect, float angle) {
     stringRect_ = rect;

@@ -47,8 +47,8 @@ public:
     /// Called before an effect is destroyed. Returns 1.
     int32_t ReleaseResources();
 
-    /// Sets the string's rectangle, canvas pixels, and the angle in degrees that the whole string is drawn at, and works
-    /// out the canvas bounds as seen in the string's own frame. Returns 1.
+    /// Sets the string's rectangle, canvas pixels, and the angle in degrees that the whole string is drawn at, and
+    /// works out the canvas bounds as seen in the string's own frame. Returns 1.
     int32_t SetStringRect(const TitleRectF& rect, float angle);
 
     /// Puts a box before position `index` of those there; called in ascending order. Returns 1, or 0 for an index that

@@ -19,7 +19,9 @@ constexpr void Append(char* field, size_t& at, std::string_view text) {
     for (const char c : text) field[at++] = c;
 }
 
-constexpr char ToUpper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+constexpr char ToUpper(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
 
 /// A row; all its texts follow from the token, such as "SlideUp": "PATH_SLIDEUP", "IDS_FXS_Ti_SlideUp_Name".
 constexpr PathCatalogEntry Row(std::string_view token, std::string_view classKey, int32_t listGroup,
@@ -133,10 +135,13 @@ static_assert(kCatalog.size() == 65 && NamesAreUnique());
 
 }  // namespace
 
-std::span<const PathCatalogEntry> PathCatalog() { return kCatalog; }
+std::span<const PathCatalogEntry> PathCatalog() {
+    return kCatalog;
+}
 
 const PathCatalogEntry* FindPath(std::string_view name) {
-    const auto row = std::ranges::find_if(kCatalog, [&](const PathCatalogEntry& entry) { return name == entry.PathName; });
+    const auto row =
+        std::ranges::find_if(kCatalog, [&](const PathCatalogEntry& entry) { return name == entry.PathName; });
     return row == kCatalog.end() ? nullptr : &*row;
 }
 

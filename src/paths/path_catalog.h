@@ -12,12 +12,13 @@ namespace captionfx {
 
 struct PathCatalogEntry {
     char PathName[kNameLength];
-    char NameKey[kNameLength];   ///< String-table keys of the host's effect browser; the library holds no texts for them.
+    char
+        NameKey[kNameLength];  ///< String-table keys of the host's effect browser; the library holds no texts for them.
     char DescKey[kNameLength];
-    char ClassKey[kNameLength];  ///< Group of the host's effect browser.
-    int32_t ListGroup;           ///< 1 or 2, for the host.
-    int32_t PassCount;           ///< How many times a frame walks the string's characters, 1 or 2.
-    int32_t ImageBased;          ///< 1: the effect works on the string's finished image.
+    char ClassKey[kNameLength];            ///< Group of the host's effect browser.
+    int32_t ListGroup;                     ///< 1 or 2, for the host.
+    int32_t PassCount;                     ///< How many times a frame walks the string's characters, 1 or 2.
+    int32_t ImageBased;                    ///< 1: the effect works on the string's finished image.
     std::unique_ptr<CPathBase> (*Make)();  ///< Null where the class is not there.
 };
 

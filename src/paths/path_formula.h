@@ -3,8 +3,8 @@
 //   p progress   i character index   n character count   c the character's box
 //   R string rectangle   W, H canvas size   B canvas as seen from the string   pass 0 or 1
 //
-// `out` comes in at rest and fully shown; a formula writes what differs. All arithmetic is in 32-bit floats, in the order
-// written, unless a step says otherwise.
+// `out` comes in at rest and fully shown; a formula writes what differs. All arithmetic is in 32-bit floats, in the
+// order written, unless a step says otherwise.
 #pragma once
 
 #include <algorithm>
@@ -48,6 +48,8 @@ public:
 };
 
 /// An alpha that is cut, its low 8 bits kept: beyond 0..255 it wraps.
-[[nodiscard]] constexpr uint8_t WrappedAlpha(float value) { return ToLowByte(static_cast<double>(value)); }
+[[nodiscard]] constexpr uint8_t WrappedAlpha(float value) {
+    return ToLowByte(static_cast<double>(value));
+}
 
 }  // namespace captionfx

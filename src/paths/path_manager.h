@@ -10,7 +10,8 @@
 
 namespace captionfx {
 
-/// One for a title, used on the thread that edits or renders it. It owns the objects it makes until they are handed back.
+/// One for a title, used on the thread that edits or renders it. It owns the objects it makes until they are handed
+/// back.
 class CPathManager {
 public:
     CPathManager() = default;

@@ -12,7 +12,9 @@ namespace detail {
 inline thread_local uint32_t pathRandomState = 1;
 }
 
-inline void SeedPathRandom(uint32_t seed) { detail::pathRandomState = seed; }
+inline void SeedPathRandom(uint32_t seed) {
+    detail::pathRandomState = seed;
+}
 
 /// The next number, 0 to kPathRandomMax, of the linear congruential generator s = 214013 s + 2531011.
 [[nodiscard]] inline int32_t NextPathRandom() {

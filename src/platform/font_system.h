@@ -55,7 +55,8 @@ public:
     /// Nothing when the font has no outline metrics, which is how bitmap fonts show.
     [[nodiscard]] virtual std::optional<OutlineMetrics> Metrics() const = 0;
 
-    /// Extent of one code unit. What the font lacks is measured as its missing glyph; a font without outlines gives 0, 0.
+    /// Extent of one code unit. What the font lacks is measured as its missing glyph; a font without outlines gives 0,
+    /// 0.
     [[nodiscard]] virtual TextExtent Extent(char16_t unit) const = 0;
 
     /// Fills `glyphs`, as long as `text`, with the glyph index of each code unit, 0 for one that the font lacks; each

@@ -9,7 +9,11 @@ namespace captionfx {
 inline constexpr float kPi = 3.1415927f;
 inline constexpr double kPi64 = 3.141592653589793;
 
-[[nodiscard]] inline float SinF(float radians) { return static_cast<float>(std::sin(static_cast<double>(radians))); }
-[[nodiscard]] inline float CosF(float radians) { return static_cast<float>(std::cos(static_cast<double>(radians))); }
+[[nodiscard]] inline float SinF(float radians) {
+    return static_cast<float>(std::sin(static_cast<double>(radians)));
+}
+[[nodiscard]] inline float CosF(float radians) {
+    return static_cast<float>(std::cos(static_cast<double>(radians)));
+}
 
 }  // namespace captionfx

@@ -5,6 +5,8 @@
 
 namespace captionfx {
 
-PlatformServices& SystemServices() { return LinuxServices(); }
+PlatformServices& SystemServices() {
+    return LinuxServices();
+}
 
 }  // namespace captionfx

@@ -30,8 +30,8 @@ BorderKernel BuildKernel(float radiusX, float radiusY) {
     kernel.Values.reserve((2 * static_cast<size_t>(kernel.Cx) + 1) * (2 * static_cast<size_t>(kernel.Cy) + 1));
     for (int32_t y = -kernel.Cy; y <= kernel.Cy; ++y) {
         for (int32_t x = -kernel.Cx; x <= kernel.Cx; ++x) {
-            kernel.Values.push_back(KernelValue(std::abs(x), std::abs(y), static_cast<double>(radiusX),
-                                                static_cast<double>(radiusY)));
+            kernel.Values.push_back(
+                KernelValue(std::abs(x), std::abs(y), static_cast<double>(radiusX), static_cast<double>(radiusY)));
         }
     }
     return kernel;
@@ -79,7 +79,8 @@ int32_t CBorder::GetKernel(std::shared_ptr<const BorderKernel>* kernel, float ra
     if (kernel == nullptr) return kTitleNullPointer;
     *kernel = nullptr;
     if (!(radiusX >= 0 && radiusY >= 0 && radiusX <= kMaxRadius && radiusY <= kMaxRadius)) return kTitleInvalidArgument;
-    if (!IsLayerSize(2 * int64_t{ReachOf(radiusX)} + 1, 2 * int64_t{ReachOf(radiusY)} + 1)) return kTitleInvalidArgument;
+    if (!IsLayerSize(2 * int64_t{ReachOf(radiusX)} + 1, 2 * int64_t{ReachOf(radiusY)} + 1))
+        return kTitleInvalidArgument;
     const std::lock_guard lock(mutex_);
     std::shared_ptr<const BorderKernel>& cached = kernels_[{radiusX, radiusY}];
     if (!cached) cached = std::make_shared<const BorderKernel>(BuildKernel(radiusX, radiusY));
@@ -134,9 +135,8 @@ std::optional<BorderMasks> MakeBorderMasks(const CoverageMask& mask, float radiu
     if (!ring) return std::nullopt;
     SharedBorder().MakeRing(mask, *ring, radiusX, radiusY);
     BorderMasks masks{*ring, std::move(*ring)};
-    CombineAt(masks.Dilated, mask, reachX, reachY, [](uint8_t dilated, uint8_t glyph) {
-        return static_cast<uint8_t>(std::min(dilated + glyph, 255));
-    });
+    CombineAt(masks.Dilated, mask, reachX, reachY,
+              [](uint8_t dilated, uint8_t glyph) { return static_cast<uint8_t>(std::min(dilated + glyph, 255)); });
     return masks;
 }
 

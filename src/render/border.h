@@ -29,12 +29,12 @@ public:
     CBorder& operator=(const CBorder&) = delete;
     virtual ~CBorder() = default;
 
-    /// The kernel of two radii in pixels. Returns 0; kTitleNullPointer for a null output; kTitleInvalidArgument, with an
-    /// empty kernel, for radii below 0 or beyond any layer. A kernel stays valid after ClearKernels.
+    /// The kernel of two radii in pixels. Returns 0; kTitleNullPointer for a null output; kTitleInvalidArgument, with
+    /// an empty kernel, for radii below 0 or beyond any layer. A kernel stays valid after ClearKernels.
     int32_t GetKernel(std::shared_ptr<const BorderKernel>* kernel, float radiusX, float radiusY);
 
-    /// Writes the dilation of `mask` by `kernel` into `destination`, whose size is that of the mask grown by Cx and Cy on
-    /// each side: what would fall outside is dropped. A kernel with a radius below 1 copies the mask.
+    /// Writes the dilation of `mask` by `kernel` into `destination`, whose size is that of the mask grown by Cx and Cy
+    /// on each side: what would fall outside is dropped. A kernel with a radius below 1 copies the mask.
     static void DilateMask(const CoverageMask& mask, CoverageMask& destination, const BorderKernel& kernel);
 
     /// Writes the dilation less the glyph itself. Returns a status as GetKernel does; on failure the ring is empty.
@@ -55,8 +55,8 @@ struct BorderMasks {
     CoverageMask Dilated, Ring;
 };
 
-/// Both masks, of the glyph's size grown by the radii rounded up on each side. With radii of 0 or less the ring is empty
-/// and the dilation is the glyph. Nothing when the masks would be too large.
+/// Both masks, of the glyph's size grown by the radii rounded up on each side. With radii of 0 or less the ring is
+/// empty and the dilation is the glyph. Nothing when the masks would be too large.
 [[nodiscard]] std::optional<BorderMasks> MakeBorderMasks(const CoverageMask& mask, float radiusX, float radiusY);
 
 /// How many pixels a radius reaches: rounded up, at least 0.

@@ -14,9 +14,7 @@ struct CoverageMask {
     [[nodiscard]] const uint8_t* Row(int32_t y) const {
         return Bytes.data() + static_cast<size_t>(y) * static_cast<size_t>(Width);
     }
-    [[nodiscard]] uint8_t* Row(int32_t y) {
-        return Bytes.data() + static_cast<size_t>(y) * static_cast<size_t>(Width);
-    }
+    [[nodiscard]] uint8_t* Row(int32_t y) { return Bytes.data() + static_cast<size_t>(y) * static_cast<size_t>(Width); }
 };
 
 // No picture of one character may be larger: sizes come from hosts and files, and nothing that can be seen needs more.

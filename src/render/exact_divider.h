@@ -8,8 +8,9 @@ namespace captionfx {
 
 /// floor(n / divisor) for all n up to `largest`, exact.
 ///
-/// With m = floor(2^64 / d) + 1 the product n m / 2^64 lies above n / d by less than n / 2^64, which cannot reach the next
-/// whole number while n d < 2^64 (Granlund and Montgomery, 1994). Where that does not hold the division itself is done.
+/// With m = floor(2^64 / d) + 1 the product n m / 2^64 lies above n / d by less than n / 2^64, which cannot reach the
+/// next whole number while n d < 2^64 (Granlund and Montgomery, 1994). Where that does not hold the division itself is
+/// done.
 class ExactDivider {
 public:
     ExactDivider(uint64_t divisor, uint64_t largest)

@@ -66,8 +66,8 @@ private:
         return IsImageStage(string) ? string.StringPlanes.FacePlane : string.StringPlanes.ShadowPlane;
     }
 
-    /// Whether that image has straight alpha, which filter and image effects work on. A destination with alpha of its own
-    /// wants all images premultiplied.
+    /// Whether that image has straight alpha, which filter and image effects work on. A destination with alpha of its
+    /// own wants all images premultiplied.
     [[nodiscard]] bool IsStraight(const MetaString& string) const {
         return settings_.DestinationAlpha == 0 && (settings_.PostFilter != 0 || IsImageStage(string));
     }
@@ -150,7 +150,9 @@ private:
     TitleRect clip_;
 };
 
-bool HasSize(const TitleRenderSettings& settings) { return settings.Width > 0 && settings.Height > 0; }
+bool HasSize(const TitleRenderSettings& settings) {
+    return settings.Width > 0 && settings.Height > 0;
+}
 
 }  // namespace
 

@@ -5,8 +5,8 @@
 
 namespace captionfx {
 
-/// Draws the title at `time` onto `destination`, which has the frame's size. Returns 0, kTitleInvalidArgument for a null
-/// destination, or kTitleOutOfMemory when planes cannot be had.
+/// Draws the title at `time` onto `destination`, which has the frame's size. Returns 0, kTitleInvalidArgument for a
+/// null destination, or kTitleOutOfMemory when planes cannot be had.
 int32_t RenderFrame(const FrameTitle& title, uint32_t* destination, float time);
 
 /// Frees everything that can be rebuilt.

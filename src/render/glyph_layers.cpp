@@ -30,7 +30,9 @@ BorderRadii BorderRadiiOf(const MetaBorder& style, const MetaFont& font, const T
 }
 
 /// A layer without pixels at a position; the old one's pixels are gone.
-GlyphBitmap LayerAt(float x, float y) { return {.Pixels = nullptr, .Width = 0, .Height = 0, .X = x, .Y = y}; }
+GlyphBitmap LayerAt(float x, float y) {
+    return {.Pixels = nullptr, .Width = 0, .Height = 0, .X = x, .Y = y};
+}
 
 void BuildDirtyLayers(const GlyphSettings& settings, ImageUtilityOps& ops, const MetaString& string,
                       const MetaCharacter& character, const RasterizedGlyph& glyph, GlyphLayers& layers) {
@@ -70,8 +72,8 @@ int32_t BuildGlyphLayers(const GlyphSettings& settings, ImageUtilityOps& ops, co
     if (layers.DirtyMask == 0) return 1;
     try {
         const MetaCharacter& record = At(string.Characters, character);
-        const std::optional<RasterizedGlyph> glyph = RasterizeGlyph(
-            settings, static_cast<char16_t>(record.Value), At(string.Fonts, record.FontIndex), transform);
+        const std::optional<RasterizedGlyph> glyph = RasterizeGlyph(settings, static_cast<char16_t>(record.Value),
+                                                                    At(string.Fonts, record.FontIndex), transform);
         if (glyph) {
             BuildDirtyLayers(settings, ops, string, record, *glyph, layers);
         } else {

@@ -13,23 +13,32 @@ constexpr float kLaidOnItsSideDeg = 270.0F;
 
 GlyphFormat FormatOf(int32_t antialiasMode) {
     switch (antialiasMode) {
-        case 0: return GlyphFormat::kGray8;
-        case 2: return GlyphFormat::kGray2;
-        case 3: return GlyphFormat::kMono;
-        default: return GlyphFormat::kGray4;
+        case 0:
+            return GlyphFormat::kGray8;
+        case 2:
+            return GlyphFormat::kGray2;
+        case 3:
+            return GlyphFormat::kMono;
+        default:
+            return GlyphFormat::kGray4;
     }
 }
 
 /// What a gray level is multiplied by, less 1: full coverage becomes 255 in each format.
 uint32_t LevelFactor(GlyphFormat format) {
     switch (format) {
-        case GlyphFormat::kGray8: return 4;
-        case GlyphFormat::kGray2: return 64;
-        default: return 16;
+        case GlyphFormat::kGray8:
+            return 4;
+        case GlyphFormat::kGray2:
+            return 64;
+        default:
+            return 16;
     }
 }
 
-int64_t RoundedUp(int64_t value, int64_t multiple) { return (value + multiple - 1) / multiple * multiple; }
+int64_t RoundedUp(int64_t value, int64_t multiple) {
+    return (value + multiple - 1) / multiple * multiple;
+}
 
 /// Gray levels become coverage in 8-bit arithmetic: a level above the top one wraps.
 std::optional<CoverageMask> MaskFromGrays(const GlyphCoverage& glyph, GlyphFormat format) {

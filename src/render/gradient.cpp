@@ -15,14 +15,22 @@ Corners CornersOf(uint32_t c1, uint32_t c2, int32_t type) {
     uint32_t mid = 0;
     for (const uint32_t shift : kColorShifts) mid |= (ChannelOf(c1, shift) + ChannelOf(c2, shift)) / 2 << shift;
     switch (type) {
-        case 1: return {c1, c2, c1, c2};
-        case 2: return {c2, c2, c1, c1};
-        case 3: return {c1, c1, c2, c2};
-        case 4: return {c2, mid, mid, c1};
-        case 5: return {mid, c1, c2, mid};
-        case 6: return {mid, c2, c1, mid};
-        case 7: return {c1, mid, mid, c2};
-        default: return {c2, c1, c2, c1};
+        case 1:
+            return {c1, c2, c1, c2};
+        case 2:
+            return {c2, c2, c1, c1};
+        case 3:
+            return {c1, c1, c2, c2};
+        case 4:
+            return {c2, mid, mid, c1};
+        case 5:
+            return {mid, c1, c2, mid};
+        case 6:
+            return {mid, c2, c1, mid};
+        case 7:
+            return {c1, mid, mid, c2};
+        default:
+            return {c2, c1, c2, c1};
     }
 }
 
@@ -49,7 +57,9 @@ private:
     int32_t start_[3], step12_[3];
 };
 
-void SetColor(uint32_t& pixel, uint32_t color) { pixel = WithAlpha(color, AlphaOf(pixel)); }
+void SetColor(uint32_t& pixel, uint32_t color) {
+    pixel = WithAlpha(color, AlphaOf(pixel));
+}
 
 }  // namespace
 

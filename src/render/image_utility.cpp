@@ -75,7 +75,8 @@ uint32_t Premultiplied(uint32_t pixel) {
 uint32_t Unpremultiplied(uint32_t pixel) {
     const uint32_t alpha = AlphaOf(pixel);
     if (alpha == 0) return 0;
-    return WithAlpha(ColorOf([&](uint32_t shift) { return (255 * ChannelOf(pixel, shift) + alpha / 2) / alpha; }), alpha);
+    return WithAlpha(ColorOf([&](uint32_t shift) { return (255 * ChannelOf(pixel, shift) + alpha / 2) / alpha; }),
+                     alpha);
 }
 
 /// The 1-2-1 mean of three pixels above each other, colour weighed by alpha.

@@ -1,6 +1,7 @@
 // ImageUtilityOps: the image operations behind a frame. The library carries them; a host may put a module of its own
-// beside the library, "ImageUtility.dll" or "libImageUtility.so", whose export `GetImageUtility` takes nothing and returns
-// an object with this table, and whose export `ReleaseImageUtility` is given that object at the end of the title.
+// beside the library, "ImageUtility.dll" or "libImageUtility.so", whose export `GetImageUtility` takes nothing and
+// returns an object with this table, and whose export `ReleaseImageUtility` is given that object at the end of the
+// title.
 //
 // Pixels are 32 bits, blue, green, red, alpha in memory. Each pointer names the first pixel of a rectangle; width and
 // height are the rectangle's, pitch is the distance of its rows in bytes. Source and destination do not overlap.

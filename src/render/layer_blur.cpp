@@ -135,8 +135,7 @@ void BlurInOneColor(const Job& job, uint32_t color) {
 
 void BlurInManyColors(const Job& job) {
     const std::vector<uint32_t> alpha = BlurredAlpha(job);
-    const std::vector<uint32_t> weight =
-        job.Blurred([](uint32_t pixel) { return AlphaOf(pixel) << kWeightFraction; });
+    const std::vector<uint32_t> weight = job.Blurred([](uint32_t pixel) { return AlphaOf(pixel) << kWeightFraction; });
     std::vector<uint32_t> result(job.Count());
     for (size_t i = 0; i < job.Count(); ++i) result[i] = alpha[i] << kAlphaShift;
     for (const uint32_t shift : kColorShifts) {

@@ -10,9 +10,9 @@ enum class BlurKind {
     kThreeBoxes,  ///< A close stand-in for a Gaussian.
 };
 
-/// Blurs straight-alpha pixels in place, rows of `width` pixels. Beyond the picture all is transparent. No pixel reaches
-/// farther than `radius` rounded up. A radius that is not above 0, or not a number, changes nothing; so does memory that
-/// runs out.
+/// Blurs straight-alpha pixels in place, rows of `width` pixels. Beyond the picture all is transparent. No pixel
+/// reaches farther than `radius` rounded up. A radius that is not above 0, or not a number, changes nothing; so does
+/// memory that runs out.
 void BlurLayer(uint32_t* pixels, int32_t width, int32_t height, float radius, BlurKind kind) noexcept;
 
 /// The same without the short cut for pictures of one colour; tests hold the two to each other.

@@ -59,7 +59,9 @@ bool Allocate(GlyphBitmap& layer, int64_t width, int64_t height) {
     return true;
 }
 
-uint32_t* RowOf(GlyphBitmap& layer, int32_t y) { return layer.Pixels.get() + std::ptrdiff_t{y} * layer.Width; }
+uint32_t* RowOf(GlyphBitmap& layer, int32_t y) {
+    return layer.Pixels.get() + std::ptrdiff_t{y} * layer.Width;
+}
 
 /// Low grades of antialiasing have the quick blur.
 void Blur(const LayerSettings& settings, GlyphBitmap& layer, float radius) {
@@ -97,8 +99,8 @@ struct ExtrusionAxis {
     float Offset;
     int32_t Layer, Source, Margin;
 
-    /// Where a stamp lies that has come `way` across the main axis: from the near side for a way right or down, from the
-    /// far side for a way left or up.
+    /// Where a stamp lies that has come `way` across the main axis: from the near side for a way right or down, from
+    /// the far side for a way left or up.
     [[nodiscard]] float CrossPosition(float way) const {
         return way + static_cast<float>(way < 0 ? Layer - Source - Margin : Margin);
     }

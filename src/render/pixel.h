@@ -9,8 +9,12 @@ inline constexpr uint32_t kColorMask = 0x00FFFFFF;
 inline constexpr uint32_t kAlphaShift = 24;
 inline constexpr uint32_t kColorShifts[3] = {0, 8, 16};
 
-[[nodiscard]] constexpr uint32_t ChannelOf(uint32_t pixel, uint32_t shift) { return (pixel >> shift) & 0xFFU; }
-[[nodiscard]] constexpr uint32_t AlphaOf(uint32_t pixel) { return pixel >> kAlphaShift; }
+[[nodiscard]] constexpr uint32_t ChannelOf(uint32_t pixel, uint32_t shift) {
+    return (pixel >> shift) & 0xFFU;
+}
+[[nodiscard]] constexpr uint32_t AlphaOf(uint32_t pixel) {
+    return pixel >> kAlphaShift;
+}
 [[nodiscard]] constexpr uint32_t WithAlpha(uint32_t pixel, uint32_t alpha) {
     return (pixel & kColorMask) | alpha << kAlphaShift;
 }

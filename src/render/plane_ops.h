@@ -9,7 +9,8 @@
 
 namespace captionfx {
 
-/// Pictures are `frameWidth` pixels wide without row padding. Rectangles lie in the frame; nothing is done for empty ones.
+/// Pictures are `frameWidth` pixels wide without row padding. Rectangles lie in the frame; nothing is done for empty
+/// ones.
 class PlaneOps {
 public:
     PlaneOps(ImageUtilityOps& ops, int32_t frameWidth) : ops_(ops), width_(frameWidth) {}

@@ -8,7 +8,9 @@
 
 namespace captionfx {
 
-[[nodiscard]] constexpr bool IsEmpty(const TitleRect& r) { return r.left >= r.right || r.top >= r.bottom; }
+[[nodiscard]] constexpr bool IsEmpty(const TitleRect& r) {
+    return r.left >= r.right || r.top >= r.bottom;
+}
 
 /// All zero where the two do not meet.
 [[nodiscard]] constexpr TitleRect Intersection(const TitleRect& a, const TitleRect& b) {

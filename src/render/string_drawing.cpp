@@ -118,10 +118,9 @@ void ClearPlanes(const FrameTitle& title, MetaString& string) {
 
 void RefreshCachedLayers(const FrameTitle& title, MetaString& string) {
     for (int32_t i = 0; i < CountOf(string.Characters); ++i) {
-        BuildGlyphLayers(title.Glyphs(), title.Ops, string, i, At(string.GlyphLayersList, i),
-                         {.ScaleX = At(string.Characters, i).WidthScale,
-                          .ScaleY = 1.0F,
-                          .RotationDeg = string.RotateDegree});
+        BuildGlyphLayers(
+            title.Glyphs(), title.Ops, string, i, At(string.GlyphLayersList, i),
+            {.ScaleX = At(string.Characters, i).WidthScale, .ScaleY = 1.0F, .RotationDeg = string.RotateDegree});
     }
 }
 

@@ -5,10 +5,10 @@
 namespace captionfx {
 namespace {
 
-constexpr float kSizeLimit = 1638.0F;           // 1638 / 2048 is just below 0.8
-constexpr int32_t kSubstituteAscent = 1491;     // for fonts that report neither ascent nor descent
-constexpr int32_t kSubstituteDescent = -431;    // as above
-constexpr int32_t kBrokenHeight = 8001;         // a cell of this height or more is a broken report
+constexpr float kSizeLimit = 1638.0F;             // 1638 / 2048 is just below 0.8
+constexpr int32_t kSubstituteAscent = 1491;       // for fonts that report neither ascent nor descent
+constexpr int32_t kSubstituteDescent = -431;      // as above
+constexpr int32_t kBrokenHeight = 8001;           // a cell of this height or more is a broken report
 constexpr int32_t kSubstituteInternalLead = 353;  // in the place of a broken one
 
 /// Size over em, always a magnitude; a size of 0 gives a negative zero.

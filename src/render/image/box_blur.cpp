@@ -19,7 +19,9 @@ struct BlurPlanes {
     int32_t Width, Height, DestinationPitch, SourcePitch, Radius;
 
     [[nodiscard]] const uint8_t* SourceRow(int32_t y) const { return Source + std::ptrdiff_t{y} * SourcePitch; }
-    [[nodiscard]] uint8_t* DestinationRow(int32_t y) const { return Destination + std::ptrdiff_t{y} * DestinationPitch; }
+    [[nodiscard]] uint8_t* DestinationRow(int32_t y) const {
+        return Destination + std::ptrdiff_t{y} * DestinationPitch;
+    }
 };
 
 /// Sums of the four channels, in plain form.

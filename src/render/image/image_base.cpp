@@ -31,7 +31,8 @@ void CImageBase::CopyFrom(const CImageBase& source) {
 
 void CImageBase::Fill(uint32_t value) {
     for (int32_t y = 0; y < height_; ++y) {
-        for (int32_t x = 0; x < width_; ++x) std::memcpy(Row(y) + std::ptrdiff_t{x} * kBytesPerPixel, &value, sizeof value);
+        for (int32_t x = 0; x < width_; ++x)
+            std::memcpy(Row(y) + std::ptrdiff_t{x} * kBytesPerPixel, &value, sizeof value);
     }
 }
 

@@ -1,0 +1,285 @@
+// Frames: what is drawn where, what is kept, what is refused. The box of "Box" at size 64 covers (0, 24) to (24, 56) of
+// a string at (0, 0) drawn without a leading: its character stands at y = 8, and its box 16 below.
+#include "render/frame_renderer.h"
+
+#include <gtest/gtest.h>
+
+#include "render/pixel.h"
+#include "render/rect.h"
+#include "support/fake_platform.h"
+
+namespace captionfx::test {
+namespace {
+
+constexpr int32_t kWidth = 96, kHeight = 72;
+using Pixels = std::vector<uint32_t>;
+
+struct FrameRendererTest : testing::Test {
+    FrameRendererTest() {
+        owner.ChangeSettings([](TitleRenderSettings& s) {
+            s.Width = kWidth;
+            s.Height = kHeight;
+            s.ClipRect = {0, 0, kWidth, kHeight};
+            s.DestinationAlpha = 1;
+        });
+    }
+    Pixels Frame(float time = 0, uint32_t ground = 0) {
+        Pixels pixels(kWidth * kHeight, ground);
+        EXPECT_EQ(owner.Title.RenderFrame(pixels.data(), time), kTitleOk);
+        return pixels;
+    }
+    static uint32_t At(const Pixels& pixels, int32_t x, int32_t y) {
+        return pixels[static_cast<size_t>(y * kWidth + x)];
+    }
+    /// The rectangle of the pixels with alpha, as left,top-right,bottom, right and bottom outside.
+    static std::string Ink(const Pixels& pixels) {
+        TitleRect ink{};
+        for (int32_t y = 0; y < kHeight; ++y) {
+            for (int32_t x = 0; x < kWidth; ++x) {
+                if (AlphaOf(At(pixels, x, y)) != 0) ink = Union(ink, {x, y, x + 1, y + 1});
+            }
+        }
+        return Text(ink);
+    }
+    std::string Dirty() {
+        TitleRect rect{};
+        EXPECT_EQ(owner.Title.GetFrameDirtyRect(&rect), kTitleOk);
+        return Text(rect);
+    }
+    static std::string Text(const TitleRect& r) {
+        return std::to_string(r.left) + ',' + std::to_string(r.top) + '-' + std::to_string(r.right) + ',' +
+               std::to_string(r.bottom);
+    }
+    void SetEffect(const char* name, float progress) {
+        owner.ChangeDefaultString([&](StringSpec& spec) {
+            SetText(spec.PathID, name);
+            spec.PathProgress = progress;
+        });
+    }
+    TestTitle owner;
+};
+
+TEST_F(FrameRendererTest, DrawsTheTextWhereLayoutPutIt) {
+    owner.Add(u"ab", 10, 2);
+    const Pixels frame = Frame();
+    EXPECT_EQ(Ink(frame), "10,26-66,58");       // a at 10, b at 42; 24 wide
+    EXPECT_EQ(At(frame, 20, 40), 0xFEFFFFFFU);  // solid, unpremultiplied
+    EXPECT_EQ(At(frame, 38, 40), 0U);
+    EXPECT_EQ(Dirty(), "8,24-68,60");  // two pixels more on each side
+}
+
+TEST_F(FrameRendererTest, RefusesNothingToDrawOnAndDrawsNothingOnNoFrame) {
+    EXPECT_EQ(owner.Title.RenderFrame(nullptr, 0), kTitleInvalidArgument);
+    EXPECT_EQ(Frame(0, 5), Pixels(kWidth * kHeight, 5)) << "no strings";
+    owner.Add(u"a", 10, 2);
+    for (const auto& [width, height] : {std::pair{0, 72}, {96, -1}, {-2147483647, -2147483647}}) {
+        owner.ChangeSettings([&](TitleRenderSettings& s) {
+            s.Width = width;
+            s.Height = height;
+        });
+        EXPECT_EQ(Frame(0, 5), Pixels(kWidth * kHeight, 5));
+    }
+    owner.ChangeSettings([](TitleRenderSettings& s) {
+        s.Width = kWidth;
+        s.Height = kHeight;
+        s.ClipRect = {96, 0, 200, 72};
+    });
+    EXPECT_EQ(Frame(0, 5), Pixels(kWidth * kHeight, 5)) << "the clip rectangle misses the frame";
+    EXPECT_EQ(Dirty(), "0,0-0,0");
+    EXPECT_EQ(owner.String().GlyphLayersList[0].DirtyMask, 0) << "cached layers are built all the same";
+    EXPECT_EQ(owner.Title.RenderFrame(nullptr, 0), kTitleInvalidArgument);
+}
+
+TEST_F(FrameRendererTest, ClipsOutput) {
+    owner.Add(u"a", 10, 2);
+    owner.ChangeSettings([](TitleRenderSettings& s) { s.ClipRect = {20, 30, 1000, 40}; });
+    EXPECT_EQ(Ink(Frame()), "20,30-34,40");
+}
+
+TEST_F(FrameRendererTest, MemoryThatCannotBeHad) {
+    owner.Add(u"a", 10, 2);
+    owner.Add(u"b", 50, 2);
+    owner.Platform.Memory.BlocksLeft = 1;
+    Pixels pixels(kWidth * kHeight);
+    EXPECT_EQ(owner.Title.RenderFrame(pixels.data(), 0), kTitleOutOfMemory);
+    EXPECT_TRUE(owner.String(0).StringPlanes.Block) << "the first string keeps its planes";
+    owner.Platform.Memory.BlocksLeft = 9;
+    EXPECT_EQ(Ink(Frame()), "10,26-74,58") << "the title is still usable";
+    owner.ChangeSettings([](TitleRenderSettings& s) { s.Width = s.Height = 2147483647; });
+    EXPECT_EQ(owner.Title.RenderFrame(pixels.data(), 0), kTitleOutOfMemory);
+}
+
+TEST_F(FrameRendererTest, EffectsDecideWhatIsSeen) {
+    SetEffect("PATH_FADE", 0.5F);
+    owner.Add(u"a", 10, 2);
+    EXPECT_EQ(AlphaOf(At(Frame(), 20, 40)), 127U);  // 254 * 128 >> 8
+    for (const auto& [name, progress] :
+         {std::pair{"PATH_NOEFFECT", 0.5F}, {"PATH_FADE", 0.0F}, {"PATH_NONE", 1.0F}, {"", 1.0F}}) {
+        owner.Title.RemoveAllStrings();
+        SetEffect(name, progress);
+        owner.Add(u"a", 10, 2);
+        EXPECT_EQ(Ink(Frame()), "0,0-0,0") << name;
+        EXPECT_EQ(Dirty(), "0,0-2,2") << "nothing, grown by two and clipped";
+    }
+    owner.Title.RemoveAllStrings();
+    SetEffect("PATH_GLOW", 0.3F);  // in the catalogue, without a class yet
+    owner.Add(u"a", 10, 2);
+    EXPECT_EQ(Ink(Frame()), "10,26-34,58") << "at rest";
+}
+
+TEST_F(FrameRendererTest, KeyframesRunByTime) {
+    owner.Add(u"a", 10, 2);
+    MetaPath hidden{}, shown{};
+    SetText(hidden.PathID, "PATH_FADE");
+    SetText(shown.PathID, "PATH_FADE");
+    shown.PathProgress = 1;
+    owner.String().PathList = {{1, hidden}, {2, shown}};
+    EXPECT_EQ(Ink(Frame(0)), "0,0-0,0");
+    EXPECT_EQ(AlphaOf(At(Frame(1.5F), 20, 40)), 127U);
+    EXPECT_EQ(AlphaOf(At(Frame(2), 20, 40)), 254U);
+    EXPECT_EQ(AlphaOf(At(Frame(1.5F), 20, 40)), 127U) << "frames are functions of time";
+    EXPECT_EQ(Ink(Frame(2.5F)), "0,0-0,0");
+}
+
+TEST_F(FrameRendererTest, AFrameAtRestIsKept) {
+    owner.Add(u"a", 10, 2);
+    const Pixels first = Frame();
+    owner.String().GlyphLayersList[0].FreePixels();  // whoever draws again draws nothing
+    EXPECT_EQ(Frame(3), first);
+    EXPECT_EQ(Dirty(), "8,24-36,60");
+    owner.Title.InsertText(0, 1, u"b");
+    EXPECT_EQ(Ink(Frame()), "42,26-66,58") << "an edit ends it";
+    owner.Title.FlushRenderCaches();
+    EXPECT_EQ(Ink(Frame()), "10,26-66,58");
+    owner.ChangeSettings([](TitleRenderSettings& s) { s.ClipRect.right = 50; });
+    EXPECT_EQ(Ink(Frame()), "10,26-50,58");
+    owner.Title.AddString();
+    EXPECT_EQ(Ink(Frame()), "10,26-50,58") << "a new string ends it";
+}
+
+TEST_F(FrameRendererTest, TheKeptFrameOfSeveralStringsHoldsTheLast) {
+    owner.Add(u"a", 10, 2);
+    owner.Add(u"b", 50, 2);
+    EXPECT_EQ(Ink(Frame()), "10,26-74,58");
+    EXPECT_EQ(Ink(Frame()), "50,26-74,58");
+    EXPECT_EQ(Dirty(), "8,24-76,60");
+    owner.Title.FlushRenderCaches();
+    EXPECT_EQ(Ink(Frame()), "10,26-74,58");
+    // It outlives frames in motion: what they drew is not kept.
+    owner.String(0).PathProgress = 0.999F;
+    EXPECT_EQ(Ink(Frame()), "10,26-74,58");
+    owner.String(0).PathProgress = 1;
+    EXPECT_EQ(Ink(Frame()), "50,26-74,58");
+}
+
+TEST_F(FrameRendererTest, PlanesAreCleanForEveryFrame) {
+    owner.Add(u"a", 10, 2);
+    SetText(owner.String().PathID, "PATH_FADE");
+    for (const float progress : {0.9F, 0.4F, 0.0F, 0.6F}) {
+        owner.String().PathProgress = progress;
+        const Pixels frame = Frame();
+        TestTitle fresh;
+        EXPECT_EQ(AlphaOf(At(frame, 20, 40)), 254U * (static_cast<uint32_t>(progress * 255) + 1) >> 8U) << progress;
+    }
+    // What a string showed before it moved is gone.
+    owner.String().Left = 40;
+    owner.String().PathChanged = 1;
+    EXPECT_EQ(Ink(Frame()), "40,26-64,58");
+    owner.ChangeSettings([](TitleRenderSettings& s) { s.ClipRect = {0, 0, 50, 72}; });
+    EXPECT_EQ(Ink(Frame()), "40,26-50,58");
+    owner.String().Left = 12;
+    owner.String().PathChanged = 1;
+    EXPECT_EQ(Ink(Frame()), "12,26-36,58");
+}
+
+TEST_F(FrameRendererTest, FreshLayersAreTheCachedOnes) {
+    const MetaBorder border{
+        .Enable = 1, .Size = 3, .Color1 = 255, .Color2 = 99, .GradType = 5, .Alpha = 200, .BlurRadius = 2};
+    owner.Title.SetDefaultBorder(&border);
+    owner.ChangeDefaultString([](StringSpec& spec) { spec.RotateDegree = 20; });
+    owner.Add(u"a\u4e00", 30.5F, 2.25F);
+    const Pixels cached = Frame();
+    owner.ChangeSettings([](TitleRenderSettings& s) {
+        s.GlyphCacheEnabled = 0;
+        s.PostFilter = 1;  // drops the kept frame
+    });
+    Frame();
+    owner.ChangeSettings([](TitleRenderSettings& s) { s.PostFilter = 0; });
+    EXPECT_EQ(Frame(), cached);
+}
+
+TEST_F(FrameRendererTest, RotatesAboutTheStringsCorner) {
+    owner.ChangeDefaultString([](StringSpec& spec) { spec.RotateDegree = 90; });
+    owner.Add(u"a", 80, 10);
+    // Turned clockwise about (80, 10): the box, from (0, 24) to (24, 56) of the string, lies from 24 to 56 to the left
+    // of the corner and from 0 to 24 below it. The turned coordinates are whole but for rounding, hence a pixel of
+    // grace.
+    const Pixels frame = Frame();
+    EXPECT_GT(AlphaOf(At(frame, 26, 12)), 250U);
+    EXPECT_GT(AlphaOf(At(frame, 54, 32)), 250U);
+    EXPECT_EQ(AlphaOf(At(frame, 22, 20)), 0U);
+    EXPECT_EQ(AlphaOf(At(frame, 58, 20)), 0U);
+    EXPECT_EQ(AlphaOf(At(frame, 40, 36)), 0U);
+    EXPECT_EQ(AlphaOf(At(frame, 40, 8)), 0U);
+}
+
+TEST_F(FrameRendererTest, DestinationsWithAndWithoutAlpha) {
+    MetaFace half{.Enable = 1, .Color1 = 255, .Color2 = 255, .GradType = 0, .Alpha = 127, .BlurRadius = 0};
+    owner.Title.SetDefaultFace(&half);
+    owner.Add(u"a", 10, 2);
+    // alpha: 128 * 255 / 256 = 127; placed 127 * 65356 >> 16 = 126; red premultiplied 255 * 127 >> 8 = 126.
+    const Pixels over = Frame(0, 0x80008000);
+    // Premultiplied ground: 0x80 of 0, 64, 0. Alpha 126 + div255(128 * 129) = 126 + 65 = 191; green div255(64 * 129) =
+    // 32; back: red 255 * 126 / 191 = 168.2, green 255 * 32 / 191 = 42.7.
+    EXPECT_EQ(At(over, 20, 40), 0xBFA82B00U);
+    EXPECT_EQ(Frame(0, 0x80008000), over) << "from the kept frame";
+    owner.ChangeSettings([](TitleRenderSettings& s) { s.DestinationAlpha = 0; });
+    // Onto an opaque ground: red 126, green 128 * 129 / 255 = 64.75.
+    const Pixels opaque = Frame(0, 0xFF008000);
+    EXPECT_EQ(At(opaque, 20, 40), 0xFF7E4100U);
+    EXPECT_EQ(Frame(0, 0xFF008000), opaque);
+    EXPECT_EQ(At(opaque, 5, 5), 0xFF008000U);
+}
+
+TEST_F(FrameRendererTest, ThePostFilterSoftensRows) {
+    owner.Add(u"a", 10, 2);
+    owner.ChangeSettings([](TitleRenderSettings& s) { s.PostFilter = 1; });
+    for (const int32_t destinationAlpha : {1, 0}) {
+        owner.ChangeSettings([&](TitleRenderSettings& s) { s.DestinationAlpha = destinationAlpha; });
+        for (int kept = 0; kept < 2; ++kept) {
+            const Pixels frame = Frame(0, destinationAlpha != 0 ? 0 : 0xFF000000);
+            const auto level = [&](int32_t y) {
+                return destinationAlpha != 0 ? AlphaOf(At(frame, 20, y)) : ChannelOf(At(frame, 20, y), 0);
+            };
+            EXPECT_NEAR(level(25), 64, 1) << "a quarter above the top row";
+            EXPECT_NEAR(level(26), 191, 1);
+            EXPECT_NEAR(level(40), 254, 1);
+        }
+    }
+}
+
+TEST_F(FrameRendererTest, SettingsReleaseWhatTheyInvalidate) {
+    owner.Add(u"a", 10, 2);
+    Frame();
+    owner.ChangeSettings([](TitleRenderSettings& s) { s.MaxThreads = 4; });
+    EXPECT_EQ(owner.Platform.Memory.Alive, 1);
+    owner.ChangeSettings([](TitleRenderSettings& s) { s.PixelFormat = 1; });
+    EXPECT_EQ(owner.Platform.Memory.Alive, 0);
+    EXPECT_EQ(owner.String().GlyphLayersList[0].DirtyMask, 0) << "glyph layers are the host's to flush";
+    Frame();
+    owner.Title.FlushRenderCaches();
+    EXPECT_EQ(owner.Platform.Memory.Alive, 0);
+    EXPECT_EQ(owner.String().GlyphLayersList[0].DirtyMask, kAllLayersDirty);
+    EXPECT_EQ(owner.String().PathObject, nullptr);
+    EXPECT_EQ(Ink(Frame()), "10,26-34,58");
+}
+
+TEST_F(FrameRendererTest, LineEndsAreNotDrawn) {
+    owner.ChangeSettings([](TitleRenderSettings& s) { s.Height = s.ClipRect.bottom = kHeight; });
+    owner.Platform.FontsOfBoxes.Families[u"Box"].Last = 0x024F;
+    owner.Add(u"\r\n", 10, 2);
+    EXPECT_EQ(Ink(Frame()), "0,0-0,0");
+}
+
+}  // namespace
+}  // namespace captionfx::test

@@ -1,0 +1,107 @@
+// A platform of known answers: fonts of boxes with round metrics, memory that can run out, output that is kept.
+//
+// At an em of 2048 every character of "Box" advances 1024 in a cell 2304 high (ascent 1536, descent 512, internal
+// leading 256, external leading 128), and its shape is a box 768 wide and 1024 high that stands on the baseline at the
+// left edge. At size 64 that is, in document units: advance 32, height 72, ascent 48, leadings 8 and 4, a box of 24
+// by 32. At scale 1 these are pixels.
+//
+//   "Box"      has the characters up to U+024F, space and controls included (they have no shape)
+//   "Tall"     as Box, but ascent 2048, cell 2816: for baselines
+//   "Narrow"   as Box, but advances 512
+//   "Han"      has U+3000 to U+9FFF, advance 2048; what the others lack there is linked to it
+//   "Signs"    a symbol font: has nothing, and yet nothing of it below U+0100 is linked
+//   "Bitmap"   is installed but has no outlines
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "host/title_object.h"
+#include "platform/services.h"
+
+namespace captionfx::test {
+
+struct FakeFontMetrics {
+    OutlineMetrics Metrics;
+    int32_t Advance;
+    char16_t First, Last;  ///< The characters that it has.
+    bool HasOutlines = true;
+};
+
+class FakeFonts final : public FontSystem {
+public:
+    FakeFonts();
+    void EnumerateFamilies(const std::function<void(std::u16string_view)>& visit) override;
+    LogFont DefaultGuiFont() override;
+    std::shared_ptr<const PlatformFont> Realise(const LogFont& request) override;
+
+    std::map<std::u16string, FakeFontMetrics, std::less<>> Families;
+};
+
+class FakePages final : public PageMemory {
+public:
+    void* Reserve(size_t bytes) noexcept override;
+    void Release(void* block, size_t bytes) noexcept override;
+
+    int BlocksLeft = 1000000;  ///< How many more blocks can be had.
+    int Alive = 0;
+};
+
+class FakePlatform final : public PlatformServices, public DebugOutput, public Clock, public ModuleLoader {
+public:
+    FontSystem& Fonts() override { return FontsOfBoxes; }
+    DebugOutput& Debug() override { return *this; }
+    Clock& Time() override { return *this; }
+    PageMemory& Pages() override { return Memory; }
+    ModuleLoader& Modules() override { return *this; }
+    std::unique_ptr<FontLink> CreateFontLink() override;
+
+    void Write(std::string_view message) override { Messages.emplace_back(message); }
+    uint32_t Milliseconds() override { return 4711; }
+    int32_t ProcessorCount() override { return 1; }
+    std::unique_ptr<Module> LoadBesideLibrary(std::string_view) override { return nullptr; }
+
+    FakeFonts FontsOfBoxes;
+    FakePages Memory;
+    std::vector<std::string> Messages;
+    bool HasFontLink = true;
+    int32_t LinkedRunLength = 0;  ///< What GetStrCodePages answers; 0 is the whole text.
+};
+
+/// A font request of the fake platform, 64 document units unless told.
+[[nodiscard]] FontSpec Font(std::u16string_view face, float size = 64);
+
+/// A title on a fake platform, font "Box" of size 64, face alone: white, opaque, no border, no shadow.
+struct TestTitle {
+    TestTitle();
+
+    /// A string at (0, 0) with `text`; its index.
+    int32_t Add(std::u16string_view text, float left = 0, float top = 0);
+    MetaString& String(int32_t index = 0) { return Title.Strings()[static_cast<size_t>(index)]; }
+    /// Sets fields of the default string, paragraph or render settings.
+    template <class Change>
+    void ChangeDefaultString(Change change) {
+        StringSpec spec = DefaultString();
+        change(spec);
+        Title.SetDefaultString(&spec);
+    }
+    template <class Change>
+    void ChangeSettings(Change change) {
+        TitleRenderSettings settings{};
+        Title.GetRenderSettings(&settings);
+        change(settings);
+        Title.SetRenderSettings(&settings);
+    }
+    [[nodiscard]] StringSpec DefaultString();
+
+    FakePlatform Platform;
+    CCaptionFx Title{Platform};
+};
+
+/// What is wrong with the structure of a string; empty when lines partition the text, paragraphs the lines, and all
+/// indices name entries.
+[[nodiscard]] std::string StructureFault(const MetaString& string);
+
+}  // namespace captionfx::test

@@ -1,0 +1,49 @@
+// How values of the command line are read, where a wrong reading would not show as an error.
+#include "tools/argument_values.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace captionfx {
+namespace {
+
+TEST(ArgumentValues, LineEndsOfEveryKindBecomeParagraphs) {
+    EXPECT_EQ(ParseText("a\\nb"), u"a\r\nb");
+    EXPECT_EQ(ParseText("a\nb"), u"a\r\nb");
+    EXPECT_EQ(ParseText("a\r\nb"), u"a\r\nb") << "a pair must not become two paragraphs";
+    EXPECT_EQ(ParseText("\\n\\n"), u"\r\n\r\n");
+}
+
+TEST(ArgumentValues, BackslashesThatAreNoLineEndStay) {
+    EXPECT_EQ(ParseText("a\\\\nb"), u"a\\nb");
+    EXPECT_EQ(ParseText("50\\% \\"), u"50\\% \\");
+}
+
+TEST(ArgumentValues, TextBecomesUtf16) {
+    EXPECT_EQ(ParseText("\xC3\xA9 \xE5\xAD\x97 \xF0\x9F\x8E\xAC"), u"\u00E9 \u5B57 \U0001F3AC");
+    EXPECT_FALSE(ParseText("\xC3(")) << "broken sequence";
+    EXPECT_FALSE(ParseText("\xC0\xAF")) << "overlong";
+    EXPECT_FALSE(ParseText("\xED\xA0\x80")) << "surrogate";
+    EXPECT_FALSE(ParseText("a\xE5\xAD")) << "cut off";
+}
+
+TEST(ArgumentValues, ColorsNameRedFirst) {
+    EXPECT_EQ(ParseColor("FF8001"), (Rgb{.red = 0xFF, .green = 0x80, .blue = 0x01}));
+    EXPECT_EQ(ParseColor("#00ff7f"), (Rgb{.red = 0x00, .green = 0xFF, .blue = 0x7F}));
+    for (const char* wrong : {"", "#", "FF80", "FF80011", "0x1234", "-12345", "GG0000", " FF8001", "##FF800"})
+        EXPECT_FALSE(ParseColor(wrong)) << wrong;
+}
+
+TEST(ArgumentValues, NamesAreCountedInTheUnitsOfTheirFields) {
+    // 15 pairs of surrogates are 30 units; the field has room for 31.
+    std::string clapperboards;
+    for (int i = 0; i < 15; ++i) clapperboards += "\xF0\x9F\x8E\xAC";
+    EXPECT_TRUE(ParseFontName(clapperboards + "a"));
+    EXPECT_FALSE(ParseFontName(clapperboards + "ab"));
+    EXPECT_TRUE(ParseEffectName(std::string(259, 'P')));
+    EXPECT_FALSE(ParseEffectName(std::string(260, 'P')));
+}
+
+}  // namespace
+}  // namespace captionfx

@@ -1,0 +1,165 @@
+// The tool's promises to scripts: exit codes, one line for every error, nothing left behind.
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/tools/process.h"
+#include "tests/tools/scratch_folder.h"
+
+namespace captionfx {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+class CommandLine : public testing::Test {
+protected:
+    [[nodiscard]] ProcessResult Run(const std::vector<std::string>& arguments) const {
+        return RunTool(scratch_, arguments);
+    }
+
+    /// A small frame of a short text with `more` arguments.
+    [[nodiscard]] ProcessResult Render(const std::vector<std::string>& more = {}) const {
+        std::vector<std::string> arguments{"render", "--text", "Hi", "--size", "20", "--frame", "64x48"};
+        arguments.insert(arguments.end(), {"-o", Picture().string()});
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return Run(arguments);
+    }
+
+    [[nodiscard]] std::filesystem::path Picture() const { return scratch_ / "out.png"; }
+
+    ScratchFolder scratch_;
+};
+
+TEST_F(CommandLine, HelpAndVersionAreAnswers) {
+    const ProcessResult version = Run({"--version"});
+    EXPECT_EQ(version.exitCode, 0);
+    EXPECT_EQ(version.output, "captionfx " CAPTIONFX_VERSION "\n");
+
+    for (const std::vector<std::string>& arguments : {std::vector<std::string>{"--help"}, {"render", "--help"}}) {
+        const ProcessResult help = Run(arguments);
+        EXPECT_EQ(help.exitCode, 0);
+        EXPECT_THAT(help.output, HasSubstr(arguments.size() == 1 ? "render" : "--background"));
+        EXPECT_THAT(help.errors, IsEmpty());
+    }
+}
+
+TEST_F(CommandLine, SilentWhenAllWentWell) {
+    const ProcessResult result = Render();
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.output, IsEmpty());
+    EXPECT_THAT(result.errors, IsEmpty());
+    EXPECT_TRUE(std::filesystem::exists(Picture()));
+}
+
+TEST_F(CommandLine, WrongArgumentsGiveOneLineThatNamesThemAndNoFile) {
+    const std::vector<std::vector<std::string>> rows{
+        {"--size", "0"},
+        {"--size", "-5"},
+        {"--size", "1638.5"},
+        {"--frame", "0x10"},
+        {"--frame", "16385x10"},
+        {"--frame", "10"},
+        {"--frame", "10x10x10"},
+        {"--frame", "4294967297x1"},
+        {"--font", "12345678901234567890123456789012"},
+        {"--font", ""},
+        {"--font", "two\nlines\r\nand \x80, a byte that is no text"},
+        {"--effect", std::string(260, 'P')},
+        {"--color", "red"},
+        {"--background", "12345"},
+        {"--progress", "nan"},
+        {"--progress", "1e99"},
+        {"--at", "inf"},
+        {"--at", "1s"},
+        {"--at"},
+        {"--position", "10"},
+        {"--position", "1,2,3"},
+        {"--text", "\xFF\xFE"},
+        {"--colour", "FFFFFF"},
+        {"leftover"},
+    };
+    for (const auto& row : rows) {
+        const std::string& named = row.front();
+        SCOPED_TRACE(testing::PrintToString(row));
+        std::vector<std::string> arguments{"render", "-o", Picture().string()};
+        if (named != "--text") arguments.insert(arguments.end(), {"--text", "Hi"});
+        arguments.insert(arguments.end(), row.begin(), row.end());
+        const ProcessResult result = Run(arguments);
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ(result.ErrorLines(), 1) << result.errors;
+        EXPECT_THAT(result.errors, StartsWith("captionfx: "));
+        EXPECT_THAT(result.errors, HasSubstr(named));
+        EXPECT_THAT(result.errors, HasSubstr("--help"));
+        EXPECT_FALSE(std::filesystem::exists(Picture()));
+    }
+}
+
+TEST_F(CommandLine, MissingPartsAreNamed) {
+    const struct {
+        std::vector<std::string> arguments;
+        const char* named;
+    } rows[] = {{{}, "command"},
+                {{"draw"}, "draw"},
+                {{"render", "--text", "a"}, "--output"},
+                {{"render", "-o", "a.png"}, "--text"}};
+    for (const auto& row : rows) {
+        const ProcessResult result = Run(row.arguments);
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ(result.ErrorLines(), 1) << result.errors;
+        EXPECT_THAT(result.errors, HasSubstr(row.named));
+    }
+}
+
+TEST_F(CommandLine, TextIsTakenAsItIs) {
+    // Each of these means something to some command-line parser.
+    for (const char* text : {"-5", "--help", "[a,b]", "{}", "%%", "@file", "'quoted'"}) {
+        std::filesystem::remove(Picture());
+        const ProcessResult result =
+            Run({"render", "--text", text, "--size", "20", "--frame", "200x48", "-o", Picture().string()});
+        EXPECT_EQ(result.exitCode, 0) << text << ": " << result.errors;
+        EXPECT_TRUE(std::filesystem::exists(Picture())) << text;
+    }
+}
+
+TEST_F(CommandLine, UnwritableFileIsAFailureThatLeavesNothingBehind) {
+    const auto missingFolder = scratch_ / "missing" / "out.png";
+    const auto folder = scratch_ / "folder.png";
+    std::filesystem::create_directory(folder);
+    for (const auto& target : {missingFolder, folder}) {
+        const ProcessResult result =
+            Run({"render", "--text", "Hi", "--size", "20", "--frame", "64x48", "-o", target.string()});
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_EQ(result.ErrorLines(), 1) << result.errors;
+        EXPECT_THAT(result.errors, HasSubstr(target.filename().string()));
+    }
+    EXPECT_TRUE(std::filesystem::is_empty(folder));
+    EXPECT_FALSE(std::filesystem::exists(scratch_ / "missing"));
+}
+
+TEST_F(CommandLine, FontThatIsNotInstalledIsReplacedAndNoted) {
+    const ProcessResult result = Render({"--font", "No Such Face"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.ErrorLines(), 1) << result.errors;
+    EXPECT_THAT(result.errors, HasSubstr("'No Such Face' is not installed"));
+    EXPECT_TRUE(std::filesystem::exists(Picture()));
+}
+
+TEST_F(CommandLine, NothingDrawnIsNotedAndStillAPicture) {
+    const std::vector<std::vector<std::string>> rows{
+        {"--effect", "PATH_FADE", "--progress", "0"}, {"--position", "5000,5000"}, {"--position", "-5000,0"}};
+    for (const auto& row : rows) {
+        std::filesystem::remove(Picture());
+        const ProcessResult result = Render(row);
+        EXPECT_EQ(result.exitCode, 0);
+        EXPECT_EQ(result.errors, "captionfx: note: nothing was drawn\n");
+        EXPECT_TRUE(std::filesystem::exists(Picture()));
+    }
+}
+
+}  // namespace
+}  // namespace captionfx

@@ -1,0 +1,158 @@
+// What the tool draws, judged from the picture alone.
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/tools/process.h"
+#include "tests/tools/scratch_folder.h"
+#include "tools/png_file.h"
+
+namespace captionfx {
+namespace {
+
+constexpr int32_t kWidth = 480, kHeight = 270;
+
+int32_t Alpha(uint32_t pixel) {
+    return static_cast<int32_t>(pixel >> 24);
+}
+
+/// The smallest box around all pixels that `isInk` names; right and bottom lie outside.
+struct InkBox {
+    int32_t left = kWidth, top = kHeight, right = 0, bottom = 0;
+    size_t pixels = 0;
+};
+
+template <class Predicate>
+InkBox BoxOf(const PngImage& image, Predicate isInk) {
+    InkBox box;
+    for (int32_t y = 0; y < image.height; ++y) {
+        for (int32_t x = 0; x < image.width; ++x) {
+            if (!isInk(
+                    image.pixels[static_cast<size_t>(y) * static_cast<size_t>(image.width) + static_cast<size_t>(x)]))
+                continue;
+            box.left = std::min(box.left, x);
+            box.right = std::max(box.right, x + 1);
+            box.top = std::min(box.top, y);
+            box.bottom = std::max(box.bottom, y + 1);
+            ++box.pixels;
+        }
+    }
+    return box;
+}
+
+bool IsSolid(uint32_t pixel) {
+    return Alpha(pixel) >= 250;
+}
+
+class RenderedFrame : public testing::Test {
+protected:
+    [[nodiscard]] PngImage Render(const std::vector<std::string>& more, const std::string& text = "HOH",
+                                  const char* size = "96") const {
+        const std::filesystem::path picture = scratch_ / "out.png";
+        std::vector<std::string> arguments{"render",  "--text",  text, "--size",        size,
+                                           "--frame", "480x270", "-o", picture.string()};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        const ProcessResult result = RunTool(scratch_, arguments);
+        EXPECT_EQ(result.exitCode, 0) << result.errors;
+        return ReadPng(picture);
+    }
+
+    ScratchFolder scratch_;
+};
+
+TEST_F(RenderedFrame, HasTheSizeAskedForAndATransparentGround) {
+    const PngImage image = Render({});
+    EXPECT_EQ(image.width, kWidth);
+    EXPECT_EQ(image.height, kHeight);
+    for (const size_t corner : {size_t{0}, size_t{kWidth - 1}, image.pixels.size() - kWidth, image.pixels.size() - 1})
+        EXPECT_EQ(image.pixels.at(corner), 0U);
+    EXPECT_GT(BoxOf(image, IsSolid).pixels, 2000U) << "three letters of 70 pixels height hold more ink than this";
+}
+
+TEST_F(RenderedFrame, GroundOfAColorIsOpaqueEverywhere) {
+    const PngImage image = Render({"--background", "204060"});
+    EXPECT_EQ(image.pixels.front(), 0xFF204060);
+    EXPECT_EQ(image.pixels.back(), 0xFF204060);
+    EXPECT_TRUE(std::all_of(image.pixels.begin(), image.pixels.end(), [](uint32_t p) { return Alpha(p) == 255; }));
+    EXPECT_GT(BoxOf(image, [](uint32_t p) { return p != 0xFF204060; }).pixels, 2000U);
+}
+
+TEST_F(RenderedFrame, TextStandsInTheMiddle) {
+    const InkBox ink = BoxOf(Render({}), IsSolid);
+    // Capitals of equal side bearings: the ink is as wide as the text less a bearing at each end. Upright it lies in a
+    // line box with room for accents and descenders, so its middle is near the box's and not on it.
+    EXPECT_NEAR((ink.left + ink.right) / 2.0, kWidth / 2.0, 2.0);
+    EXPECT_NEAR((ink.top + ink.bottom) / 2.0, kHeight / 2.0, 15.0);
+}
+
+TEST_F(RenderedFrame, ParagraphsStandUnderEachOtherEachInTheMiddle) {
+    const InkBox one = BoxOf(Render({}, "H", "60"), IsSolid);
+    const PngImage image = Render({}, "HHHHH\\nH", "60");
+    const InkBox two = BoxOf(image, IsSolid);
+    EXPECT_NEAR((two.left + two.right) / 2.0, kWidth / 2.0, 2.0);
+    EXPECT_GT(two.bottom - two.top, 2 * (one.bottom - one.top));
+
+    PngImage lastLine = image;
+    const auto firstRow = static_cast<size_t>(two.bottom - (one.bottom - one.top) / 2) * kWidth;
+    std::fill_n(lastLine.pixels.begin(), firstRow, 0U);
+    const InkBox last = BoxOf(lastLine, IsSolid);
+    EXPECT_NEAR((last.left + last.right) / 2.0, kWidth / 2.0, 2.0);
+    EXPECT_LT(last.right - last.left, 2 * (one.right - one.left));
+}
+
+TEST_F(RenderedFrame, PositionIsTheUpperLeftCorner) {
+    const InkBox at10 = BoxOf(Render({"--position", "10,20"}), IsSolid);
+    const InkBox at50 = BoxOf(Render({"--position", "50,60"}), IsSolid);
+    EXPECT_EQ(at50.left - at10.left, 40);
+    EXPECT_EQ(at50.top - at10.top, 40);
+    EXPECT_NEAR(at10.left, 10, 12) << "left bearing of an H less its border";
+}
+
+TEST_F(RenderedFrame, FaceHasTheColorAskedFor) {
+    const PngImage image = Render({"--color", "20C040"});
+    // Multiplied by alpha and divided again a channel may come back a little lower.
+    const auto isFace = [](uint32_t pixel) {
+        const auto near = [pixel](int shift, int wanted) {
+            return std::abs(static_cast<int>(pixel >> shift & 0xFF) - wanted) <= 3;
+        };
+        return IsSolid(pixel) && near(16, 0x20) && near(8, 0xC0) && near(0, 0x40);
+    };
+    EXPECT_GT(BoxOf(image, isFace).pixels, 1000U);
+}
+
+TEST_F(RenderedFrame, FadeHalfWayHalvesEveryLayer) {
+    const PngImage rest = Render({"--effect", "PATH_FADE", "--progress", "1"});
+    const PngImage half = Render({"--effect", "PATH_FADE", "--progress", "0.5"});
+    size_t single = 0;
+    for (size_t i = 0; i < rest.pixels.size(); ++i) {
+        const int32_t full = Alpha(rest.pixels[i]), faded = Alpha(half.pixels[i]);
+        // One layer comes out at half. Where a glyph lies on its own shadow the shadow shines through the faded
+        // glyph: two solid layers, each at half, hold 1 - (1/2)(1/2) together.
+        ASSERT_GE(faded, full / 2 - 3) << "pixel " << i;
+        ASSERT_LE(faded, full * 3 / 4 + 3) << "pixel " << i;
+        if (full > 100 && std::abs(faded - full / 2) <= 3) ++single;
+    }
+    EXPECT_GT(single, 200U) << "rims where only border or only shadow shows";
+}
+
+TEST_F(RenderedFrame, BoldIsWiderAndItalicLeans) {
+    const InkBox regular = BoxOf(Render({}), IsSolid);
+    const InkBox bold = BoxOf(Render({"--bold"}), IsSolid);
+    EXPECT_GT(bold.right - bold.left, regular.right - regular.left);
+    EXPECT_GT(bold.pixels, regular.pixels * 5 / 4);
+
+    // A stem leans by about a fifth of its height.
+    const InkBox upright = BoxOf(Render({}, "l"), IsSolid);
+    const InkBox leaning = BoxOf(Render({"--italic"}, "l"), IsSolid);
+    EXPECT_GT(leaning.right - leaning.left, upright.right - upright.left + 8);
+}
+
+}  // namespace
+}  // namespace captionfx

@@ -1,0 +1,50 @@
+// Values as they stand on the command line. Each function reads its whole text or gives nothing.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace captionfx {
+
+struct FrameSize {
+    int32_t width, height;
+};
+
+struct Position {
+    float x, y;
+};
+
+struct Rgb {
+    uint8_t red, green, blue;
+
+    bool operator==(const Rgb&) const = default;
+};
+
+/// A finite number.
+[[nodiscard]] std::optional<float> ParseNumber(std::string_view text);
+
+/// A font size that the library takes, document units: above 0, up to 1638.
+[[nodiscard]] std::optional<float> ParseFontSize(std::string_view text);
+
+/// "1280x720"; each side 1 to 16384.
+[[nodiscard]] std::optional<FrameSize> ParseFrameSize(std::string_view text);
+
+/// "X,Y", two finite numbers.
+[[nodiscard]] std::optional<Position> ParsePosition(std::string_view text);
+
+/// "RRGGBB", six hexadecimal digits; a leading # is allowed.
+[[nodiscard]] std::optional<Rgb> ParseColor(std::string_view text);
+
+/// Font name, 1 to 31 UTF-16 units, from UTF-8.
+[[nodiscard]] std::optional<std::u16string> ParseFontName(std::string_view text);
+
+/// Effect name, 1 to 259 bytes.
+[[nodiscard]] std::optional<std::string> ParseEffectName(std::string_view text);
+
+/// Text of a title from UTF-8. A line end, also one spelled \n, becomes CR LF, which begins a paragraph in the library;
+/// \\ is one backslash, any other backslash stands for itself.
+[[nodiscard]] std::optional<std::u16string> ParseText(std::string_view text);
+
+}  // namespace captionfx

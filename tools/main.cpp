@@ -1,0 +1,53 @@
+// The command line of CaptionFx. Exit codes: 0 done, 1 could not be done, 2 wrong arguments. An error is one line on
+// standard error.
+#include <cstdlib>
+#include <exception>
+#include <new>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "tools/console.h"
+#include "tools/render_command.h"
+
+namespace captionfx {
+namespace {
+
+constexpr int kWrongArguments = 2;
+
+int RunCommandLine(int argc, const char* const* argv) {
+    CLI::App app("Animated text titles for video", "captionfx");
+    app.set_version_flag("--version", "captionfx " CAPTIONFX_VERSION);
+    RenderRequest request;
+    const CLI::App* const render = AddRenderCommand(app, request);
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& helpOrVersion) {
+        return app.exit(helpOrVersion);
+    } catch (const CLI::ParseError& error) {
+        const char* const command = render->parsed() ? "captionfx render" : "captionfx";
+        PrintLine(std::string(error.what()) + " (see '" + command + " --help')");
+        return kWrongArguments;
+    }
+    if (!render->parsed()) {
+        PrintLine("a command is needed: 'captionfx render' draws a frame (see 'captionfx --help')");
+        return kWrongArguments;
+    }
+    Render(request);
+    return EXIT_SUCCESS;
+}
+
+}  // namespace
+}  // namespace captionfx
+
+int main(int argc, char** argv) {
+    try {
+        return captionfx::RunCommandLine(argc, argv);
+    } catch (const std::bad_alloc&) {
+        captionfx::PrintLine("not enough memory; a smaller frame or less text needs less");
+    } catch (const std::exception& error) {
+        captionfx::PrintLine(error.what());
+    }
+    return EXIT_FAILURE;
+}
