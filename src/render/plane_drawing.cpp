@@ -98,6 +98,8 @@ int32_t DrawGlyphBitmap(const PlaneView& plane, const TitleRect& clip, const Gly
     const TitleRect limit = Intersection(clip, {0, 0, plane.Width, plane.Height});
     const int64_t left = std::max<int64_t>(px.First, limit.left), right = std::min<int64_t>(px.End, limit.right);
     const int64_t top = std::max<int64_t>(py.First, limit.top), bottom = std::min<int64_t>(py.End, limit.bottom);
+    if (left >= right || top >= bottom) return 1;  // far outside not even the fractions make sense
+
     const Weights weights(px.Fraction, py.Fraction);
 
     for (int64_t row = top; row < bottom; ++row) {

@@ -209,7 +209,7 @@ TEST(TitleObjectTest, SurvivesAnyFloat) {
                                           .RightIndent = 0};
             title.SetDefaultParagraph(&paragraph);
             const MetaBorder border{
-                .Enable = 1, .Size = 9, .Color1 = 1, .Color2 = 2, .GradType = 4, .Alpha = 255, .BlurRadius = 9};
+                .Enable = 1, .Size = 1, .Color1 = 1, .Color2 = 2, .GradType = 4, .Alpha = 255, .BlurRadius = 1};
             title.SetDefaultBorder(&border);
             const MetaShadow shadow{.EnableFace = 1,
                                     .EnableBorder = 1,
@@ -233,7 +233,7 @@ TEST(TitleObjectTest, SurvivesAnyFloat) {
                 s.ScaleX = value(11, 1);
                 s.ScaleY = value(12, 1);
             });
-            owner.Add(u"ab\r\nc", value(13, 1), value(13, 1));
+            owner.Add(u"a\r\nb", value(13, 1), value(13, 1));
             std::vector<uint32_t> frame(32UL * 32);
             EXPECT_EQ(title.RenderFrame(frame.data(), worst), kTitleOk);
             EXPECT_EQ(title.FlushRenderCaches(), kTitleOk);
