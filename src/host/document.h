@@ -142,6 +142,19 @@ void CopyParagraphSettings(To& to, const From& from) {
     to.RightIndent = from.RightIndent;
 }
 
+/// Copies the eight settings that StringSpec and MetaString share. Texts come out terminated.
+template <class To, class From>
+void CopyStringSettings(To& to, const From& from) {
+    to.Left = from.Left;
+    to.Top = from.Top;
+    to.WidthLimit = from.WidthLimit;
+    to.RotateDegree = from.RotateDegree;
+    to.Vertical = from.Vertical;
+    SetText(to.PathID, TextOf(from.PathID));
+    to.PathProgress = from.PathProgress;
+    SetText(to.MaskFile, TextOf(from.MaskFile));
+}
+
 /// Whether `index` names an entry of `list`.
 template <class List>
 [[nodiscard]] bool IsIndexOf(const List& list, int32_t index) {

@@ -9,6 +9,8 @@ namespace {
 template <class Style>
 int32_t Intern(std::vector<Style>& table, const Style& style) {
     static_assert(std::is_trivially_copyable_v<Style>);
+    // Equal is what has equal bytes: records come from zeroed storage, have no padding, and -0 is another size than 0.
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison)
     const auto equal = [&](const Style& entry) { return std::memcmp(&entry, &style, sizeof style) == 0; };
     const auto found = std::ranges::find_if(table, equal);
     const auto index = static_cast<int32_t>(found - table.begin());

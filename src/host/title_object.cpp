@@ -10,16 +10,9 @@
 namespace captionfx {
 namespace {
 
-void TakeSettings(MetaString& string, const StringSpec& settings) {
-    string.Left = settings.Left;
-    string.Top = settings.Top;
-    string.WidthLimit = settings.WidthLimit;
-    string.RotateDegree = settings.RotateDegree;
-    string.Vertical = settings.Vertical;
-    SetText(string.PathID, TextOf(settings.PathID));
-    string.PathProgress = settings.PathProgress;
-    SetText(string.MaskFile, TextOf(settings.MaskFile));
-    const float radians = -settings.RotateDegree * kPi / 180;
+/// Sine and cosine of the string's rotation, for the frames to come.
+void SetRotation(MetaString& string) {
+    const float radians = -string.RotateDegree * kPi / 180;
     string.RotateSin = SinF(radians);
     string.RotateCos = CosF(radians);
 }
@@ -50,7 +43,8 @@ MetaString* CCaptionFx::FindWith(int32_t string, int32_t character) {
 int32_t CCaptionFx::AddString() noexcept {
     return Guarded([&] {
         MetaString& string = strings_.emplace_back();
-        TakeSettings(string, defaults_.DefaultString);
+        CopyStringSettings(string, defaults_.DefaultString);
+        SetRotation(string);
         const int32_t index = CountOf(strings_) - 1;
         TitleRectF rect{};
         GetStringRect(index, &rect);

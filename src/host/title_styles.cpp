@@ -117,14 +117,7 @@ int32_t CCaptionFx::GetCharParagraph(int32_t string, int32_t character, Paragrap
 int32_t CCaptionFx::GetStringSettings(int32_t string, StringSpec* settings) noexcept {
     return Fetch(settings, Find(string), defaults_.DefaultString, [](const MetaString& s) {
         StringSpec spec{};
-        spec.Left = s.Left;
-        spec.Top = s.Top;
-        spec.WidthLimit = s.WidthLimit;
-        spec.RotateDegree = s.RotateDegree;
-        spec.Vertical = s.Vertical;
-        SetText(spec.PathID, TextOf(s.PathID));
-        spec.PathProgress = s.PathProgress;
-        SetText(spec.MaskFile, TextOf(s.MaskFile));
+        CopyStringSettings(spec, s);
         return spec;
     });
 }

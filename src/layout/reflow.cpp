@@ -11,8 +11,10 @@ namespace {
 class Reflow {
 public:
     Reflow(MetaString& string, int32_t first, bool vertical)
-        : string_(string), vertical_(vertical), line_(At(string.Characters, first).LineIndex) {
-        paragraph_ = Line().ParagraphIndex;
+        : string_(string),
+          vertical_(vertical),
+          line_(At(string.Characters, first).LineIndex),
+          paragraph_(At(string.Lines, line_).ParagraphIndex) {
         for (const MetaLine& line : string.Lines) paragraphBefore_.push_back(line.ParagraphIndex);
         for (int32_t i = Line().CharStart; i < first; ++i) run_ += Advance(i);
         if (first > 0) previousParagraphBefore_ = ParagraphBefore(first - 1);

@@ -24,9 +24,8 @@ struct Axes {
 };
 
 std::span<MetaLine> LinesOf(MetaString& string, const MetaParagraph& paragraph) {
-    return std::span(string.Lines)
-        .subspan(static_cast<size_t>(paragraph.LineStart),
-                 static_cast<size_t>(paragraph.LineEnd - paragraph.LineStart + 1));
+    const auto first = static_cast<size_t>(paragraph.LineStart), last = static_cast<size_t>(paragraph.LineEnd);
+    return std::span(string.Lines).subspan(first, last - first + 1);
 }
 
 const MetaFont& FontOf(const MetaString& string, int32_t i) {

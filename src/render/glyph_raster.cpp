@@ -76,7 +76,7 @@ GlyphMatrix MatrixOf(const GlyphSettings& settings, const MetaFont& font, char16
     const float rotationDeg = onItsSide ? transform.RotationDeg + kLaidOnItsSideDeg : transform.RotationDeg;
     const double angleRad = -static_cast<double>(rotationDeg) * kPi64 / 180;
     const double c = std::cos(angleRad), s = std::sin(angleRad);
-    const double x = static_cast<double>(sizeX), y = static_cast<double>(sizeY);
+    const auto x = static_cast<double>(sizeX), y = static_cast<double>(sizeY);
     const auto fixed16 = [](double value) { return ToInt32(value * 65536.0); };
     return {.eM11 = fixed16(c * x), .eM12 = fixed16(s * x), .eM21 = fixed16(-s * y), .eM22 = fixed16(c * y)};
 }

@@ -64,7 +64,7 @@ private:
 /// The boxes of a blur. Three share the radius so that their reaches, each rounded up, add up to the radius rounded up.
 std::vector<Box> BoxesOf(float radius, BlurKind kind) {
     const double reach = std::ceil(static_cast<double>(radius));
-    const int64_t steps = static_cast<int64_t>(reach);
+    const auto steps = static_cast<int64_t>(reach);
     std::vector<int64_t> shares = {steps};
     if (kind == BlurKind::kThreeBoxes) shares = {(steps + 2) / 3, (steps + 1) / 3, steps / 3};
     std::vector<Box> boxes;

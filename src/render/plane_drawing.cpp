@@ -15,7 +15,7 @@ namespace {
 /// 1), and where a picture of some length ends.
 struct Placement {
     explicit Placement(float at, int32_t length) {
-        const float whole = static_cast<float>(ToInt32(static_cast<double>(at)));
+        const auto whole = static_cast<float>(ToInt32(static_cast<double>(at)));
         const bool isWhole = at == whole;
         First = static_cast<int64_t>(whole) - (at < 0 && !isWhole ? 1 : 0);
         End = First + length + (isWhole ? 0 : 1);

@@ -1,15 +1,18 @@
 #include "render/string_planes.h"
 
 #include <limits>
+#include <memory>
 
 namespace captionfx {
 namespace {
 
-constexpr uintptr_t kPlaneAlignment = 32;
+constexpr size_t kPlaneAlignment = 32;
 
-uint32_t* AlignedUp(uintptr_t address) {
-    // The block is untyped memory; its pixels begin their life here.
-    return reinterpret_cast<uint32_t*>((address + kPlaneAlignment - 1) / kPlaneAlignment * kPlaneAlignment);
+/// The next aligned place at or behind `start` in untyped memory, where pixels begin their life.
+uint32_t* AlignedUp(uint8_t* start) {
+    void* place = start;
+    size_t space = 2 * kPlaneAlignment;
+    return static_cast<uint32_t*>(std::align(kPlaneAlignment, kPlaneAlignment, place, space));
 }
 
 }  // namespace
@@ -19,12 +22,13 @@ StringPlanes ReserveStringPlanes(PageMemory& memory, int32_t width, int32_t heig
     if (width <= 0 || height <= 0) return planes;
     const uint64_t pixels = static_cast<uint64_t>(width) * static_cast<uint64_t>(height);
     if (pixels > (std::numeric_limits<uint64_t>::max() - 96) / 12) return planes;
-    const uintptr_t planeBytes = pixels * 4;
+    const size_t planeBytes = pixels * 4;
+    const auto behind = [&](uint32_t* plane) { return AlignedUp(reinterpret_cast<uint8_t*>(plane) + planeBytes); };
     planes.Block = PageBlock(memory, pixels * 12 + 96);
     if (!planes.Block) return planes;
-    planes.ShadowPlane = AlignedUp(reinterpret_cast<uintptr_t>(planes.Block.data()));
-    planes.BorderPlane = AlignedUp(reinterpret_cast<uintptr_t>(planes.ShadowPlane) + planeBytes);
-    planes.FacePlane = AlignedUp(reinterpret_cast<uintptr_t>(planes.BorderPlane) + planeBytes);
+    planes.ShadowPlane = AlignedUp(planes.Block.data());
+    planes.BorderPlane = behind(planes.ShadowPlane);
+    planes.FacePlane = behind(planes.BorderPlane);
     return planes;
 }
 

@@ -72,11 +72,8 @@ TEST_F(FrameRendererTest, RefusesNothingToDrawOnAndDrawsNothingOnNoFrame) {
     EXPECT_EQ(owner.Title.RenderFrame(nullptr, 0), kTitleInvalidArgument);
     EXPECT_EQ(Frame(0, 5), Pixels(kWidth * kHeight, 5)) << "no strings";
     owner.Add(u"a", 10, 2);
-    for (const auto& [width, height] : {std::pair{0, 72}, {96, -1}, {-2147483647, -2147483647}}) {
-        owner.ChangeSettings([&](TitleRenderSettings& s) {
-            s.Width = width;
-            s.Height = height;
-        });
+    for (const auto& size : {std::pair{0, 72}, {96, -1}, {-2147483647, -2147483647}}) {
+        owner.ChangeSettings([&](TitleRenderSettings& s) { std::tie(s.Width, s.Height) = size; });
         EXPECT_EQ(Frame(0, 5), Pixels(kWidth * kHeight, 5));
     }
     owner.ChangeSettings([](TitleRenderSettings& s) {

@@ -29,7 +29,7 @@ void CImageBase::CopyFrom(const CImageBase& source) {
     for (int32_t y = 0; y < height_; ++y) std::memcpy(Row(y), source.Row(y), rowBytes);
 }
 
-void CImageBase::Fill(uint32_t value) {
+void CImageBase::Fill(uint32_t value) const {
     for (int32_t y = 0; y < height_; ++y) {
         for (int32_t x = 0; x < width_; ++x)
             std::memcpy(Row(y) + std::ptrdiff_t{x} * kBytesPerPixel, &value, sizeof value);

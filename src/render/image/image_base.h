@@ -22,7 +22,7 @@ public:
     void CopyFrom(const CImageBase& source);
 
     /// Sets every pixel to `value`.
-    void Fill(uint32_t value);
+    void Fill(uint32_t value) const;
 
     [[nodiscard]] uint8_t* Pixels() const { return pixels_; }
     [[nodiscard]] uint8_t* Row(int32_t y) const { return pixels_ + static_cast<std::ptrdiff_t>(y) * pitch_; }
