@@ -5,6 +5,7 @@
 #include "host/guarded.h"
 #include "layout/string_layout.h"
 #include "platform/portable_math.h"
+#include "text/delete_text.h"
 #include "text/insert_text.h"
 
 namespace captionfx {
@@ -93,8 +94,16 @@ int32_t CCaptionFx::InsertText(int32_t string, int32_t position, const char16_t*
     });
 }
 
-int32_t CCaptionFx::DeleteText(int32_t /*string*/, int32_t /*first*/, int32_t /*count*/) noexcept {
-    return kTitleFailure;
+int32_t CCaptionFx::DeleteText(int32_t string, int32_t first, int32_t count) noexcept {
+    return Guarded([&] {
+        MetaString* const found = Find(string);
+        if (found == nullptr) return 0;
+        const int32_t length = CountOf(found->Characters);
+        if (first < 0 || count < 1 || int64_t{first} + count > length) return length;
+        captionfx::DeleteText(services_.Fonts(), defaults_, *found, first, count);
+        cache_.SavedFrameValid = false;
+        return CountOf(found->Characters);
+    });
 }
 
 int32_t CCaptionFx::ResetDefaults() noexcept {

@@ -261,7 +261,7 @@ TEST(TitleObjectTest, OperationsKeepTheirSlots) {
     EXPECT_EQ(settings.Width, 320);
     for (const size_t later : {30U, 32U, 33U, 34U, 35U}) EXPECT_EQ(call(later, nullptr), kTitleFailure) << later;
     EXPECT_EQ(call(31, nullptr, nullptr), kTitleFailure);       // SaveToBuffer
-    EXPECT_EQ(call(4, 0, 0, 1), kTitleFailure);                 // DeleteText
+    EXPECT_EQ(call(4, 0, 3, 1), 3);                             // DeleteText
     EXPECT_EQ(call(36, nullptr, 0.0F), kTitleInvalidArgument);  // RenderFrame
     EXPECT_EQ(call(38, nullptr), kTitleNullPointer);            // GetFrameDirtyRect
     EXPECT_EQ(call(40), kTitleOk);                              // ResetDefaults
