@@ -75,7 +75,7 @@ struct FontSpec {
 /// Horizontal stretch and tracking of characters. 8 bytes.
 struct CharSpacing {
     float WidthScale;  ///< Horizontal stretch, above 0; 1 is the font's own width.
-    float Spacing;     ///< Extra advance in document units; stretched with the character.
+    float Spacing;     ///< Extra advance, document units; in horizontal text it is stretched with the character.
 };
 
 /// Settings of a paragraph. 24 bytes. Lengths are document units.
@@ -91,7 +91,7 @@ struct ParagraphSpec {
 
 /// Settings of a string. 544 bytes.
 struct StringSpec {
-    float Left, Top;     ///< Upper left corner, document units.
+    float Left, Top;     ///< Upper left corner, document units; the columns of vertical text go left from it.
     float WidthLimit;    ///< Line length at which text wraps, document units; 1e9 means never.
     float RotateDegree;  ///< Rotation about (Left, Top), degrees, clockwise.
     int32_t Vertical;    ///< Non-zero: text runs from top to bottom, columns from right to left.
@@ -142,7 +142,7 @@ struct TitleRenderSettings {
     float ScaleX, ScaleY;       ///< Document units to pixels, above 0.
     TitleRect ClipRect;         ///< Output is limited to this rectangle.
     int32_t GlyphCacheEnabled;  ///< Non-zero: characters at rest are drawn from kept bitmaps.
-    int32_t MaxThreads;         ///< Limit of worker threads, 0 none; values below 2 keep frames on the caller's thread.
+    int32_t MaxThreads;         ///< Most threads of a frame; values below 2 keep it on the caller's thread.
 };
 
 /// A title. Obtained from GetTitleHost, ended by ReleaseTitleHost.
@@ -166,16 +166,19 @@ public:
 
     /// Inserts `text` before character `position` (0 to the character count) with the present defaults. Characters that
     /// the face lacks get a font that has them. CR LF begins a paragraph; a CR or LF alone is an ordinary character.
-    /// Returns the character count after the call: unchanged for a bad position or for no text, 0 for a bad string.
+    /// Returns the character count after the call: unchanged for a bad position, for no text, or where the system's
+    /// font linking cannot be had; 0 for a bad string.
     virtual int32_t InsertText(int32_t string, int32_t position, const char16_t* text) noexcept = 0;
 
-    /// Deletes `count` characters from `first` on. Returns the character count after the call.
+    /// Deletes `count` characters from `first` on. Deleting either half of a CR LF joins its paragraphs, and the later
+    /// one's settings stay. Returns the character count after the call: unchanged for a range that is empty or does not
+    /// lie in the text, 0 for a bad string.
     virtual int32_t DeleteText(int32_t string, int32_t first, int32_t count) noexcept = 0;
 
     // ---- Defaults for new text and strings (slots 5 to 12); text that is there already keeps its look ----
 
-    /// Sets the font for new text. A face that is not installed is replaced by the system's default face at the same
-    /// size; GetCharFont shows the face that is used. A null pointer is ignored.
+    /// Sets the font for new text. A face that is not installed, or has no outlines, is replaced by the system's
+    /// default face at the same size; GetCharFont shows the face that is used. A null pointer is ignored.
     virtual void SetDefaultFont(const FontSpec* font) noexcept = 0;
 
     /// Sets the face style for new text. Status.
@@ -245,7 +248,8 @@ public:
     /// Rectangle of a paragraph. Status.
     virtual int32_t GetParagraphRect(int32_t string, int32_t paragraph, TitleRectF* rect) noexcept = 0;
 
-    /// Rectangle of a string; without text it has the size of one blank of the default font. Status.
+    /// Rectangle of a string; without text it has the size of one blank of the default font. Vertical text has the
+    /// extent given here, but lies to the left of the rectangle's left edge for all columns but the first. Status.
     virtual int32_t GetStringRect(int32_t string, TitleRectF* rect) noexcept = 0;
 
     /// Writes the text and a terminating 0 into `buffer`, which holds the character count plus one units; a null buffer

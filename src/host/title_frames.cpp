@@ -13,7 +13,9 @@ FrameTitle CCaptionFx::Frame() {
             .Ops = imageUtility_.Ops(),
             .Fonts = services_.Fonts(),
             .Pages = services_.Pages(),
-            .Cache = cache_};
+            .Cache = cache_,
+            .Pool = threadPool_,
+            .CpuCount = cpuCount_};
 }
 
 int32_t CCaptionFx::RenderFrame(uint32_t* destination, float time) noexcept {

@@ -1,8 +1,13 @@
 // Start and end of a title, its strings, and how it is cleared.
 #include "host/title_object.h"
 
+#include <limits>
+#include <memory>
+#include <utility>
+
 #include "host/built_in_defaults.h"
 #include "host/guarded.h"
+#include "layout/read_back.h"
 #include "layout/string_layout.h"
 #include "platform/portable_math.h"
 #include "text/delete_text.h"
@@ -25,9 +30,9 @@ CCaptionFx::CCaptionFx(PlatformServices& services)
       defaults_(BuiltInDefaults()),
       cpuCount_(services.Time().ProcessorCount()),
       installedFonts_(ListInstalledFonts(services.Fonts())),
+      threadPool_(services.Debug(), static_cast<uint32_t>(cpuCount_)),
       imageUtility_(services.Modules()) {
-    const FontSpec font = defaults_.DefaultFont;
-    SetDefaultFont(&font);
+    defaults_.DefaultFont = VetFont(services_.Fonts(), installedFonts_, defaults_.DefaultFont);
     const TitleRenderSettings settings = BuiltInRenderSettings();
     SetRenderSettings(&settings);
 }
@@ -43,17 +48,16 @@ MetaString* CCaptionFx::FindWith(int32_t string, int32_t character) {
 
 int32_t CCaptionFx::AddString() noexcept {
     return Guarded([&] {
-        MetaString& string = strings_.emplace_back();
+        MetaString string;
         CopyStringSettings(string, defaults_.DefaultString);
         SetRotation(string);
-        const int32_t index = CountOf(strings_) - 1;
-        TitleRectF rect{};
-        GetStringRect(index, &rect);
+        const TitleRectF rect = StringRect(string, ScaleOf(settings_));
         string.OriginX = rect.x;
         string.OriginY = rect.y;
         LayoutString(services_.Fonts(), defaults_.DefaultFont, string);
+        strings_.push_back(std::move(string));
         cache_.SavedFrameValid = false;
-        return index;
+        return CountOf(strings_) - 1;
     });
 }
 
@@ -88,7 +92,10 @@ int32_t CCaptionFx::InsertText(int32_t string, int32_t position, const char16_t*
         if (found == nullptr) return 0;
         const int32_t count = CountOf(found->Characters);
         if (position < 0 || position > count || text == nullptr || text[0] == u'\0') return count;
-        if (captionfx::InsertText(services_, defaults_, *found, position, text) != kTitleOk) return count;
+        const std::u16string_view inserted(text);
+        if (inserted.size() > static_cast<size_t>(std::numeric_limits<int32_t>::max() - count))
+            return kTitleOutOfMemory;
+        if (captionfx::InsertText(services_, defaults_, *found, position, inserted) != kTitleOk) return count;
         cache_.SavedFrameValid = false;
         return CountOf(found->Characters);
     });
@@ -110,7 +117,7 @@ int32_t CCaptionFx::ResetDefaults() noexcept {
     return Guarded([&] {
         const TitleDefaults defaults = BuiltInDefaults();
         const TitleRenderSettings settings = BuiltInRenderSettings();
-        SetDefaultFont(&defaults.DefaultFont);
+        defaults_.DefaultFont = VetFont(services_.Fonts(), installedFonts_, defaults.DefaultFont);
         SetDefaultFace(&defaults.DefaultFace);
         SetDefaultBorder(&defaults.DefaultBorder);
         SetDefaultShadow(&defaults.DefaultShadow);

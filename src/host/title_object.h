@@ -77,12 +77,13 @@ private:
     PlatformServices& services_;
     TitleDefaults defaults_;
     TitleRenderSettings settings_{};
-    int32_t titleSettingsChanged_ = 0;  // 1 once an output parameter has changed; a record of that, nobody reads it
+    int32_t titleSettingsChanged_ = 0;  // 1 once output parameters were set; a record of that, nobody reads it
     int32_t cpuCount_ = 1;
     CPathManager paths_;
     std::vector<MetaString> strings_;  // after the manager: strings hand their effects back to it
     InstalledFonts installedFonts_;
     FrameCache cache_;
+    CThreadPool threadPool_;
     ImageUtility imageUtility_;
 };
 

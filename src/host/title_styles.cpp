@@ -1,4 +1,7 @@
 // The title's defaults and settings, and their read-back.
+#include <algorithm>
+#include <cstring>
+
 #include "host/guarded.h"
 #include "host/title_object.h"
 
@@ -58,19 +61,25 @@ int32_t CCaptionFx::SetDefaultParagraph(const ParagraphSpec* paragraph) noexcept
     return Store(defaults_.DefaultParagraph, paragraph);
 }
 int32_t CCaptionFx::SetDefaultString(const StringSpec* string) noexcept {
-    return Store(defaults_.DefaultString, string);
+    if (string == nullptr) return kTitleInvalidArgument;
+    CopyStringSettings(defaults_.DefaultString, *string);
+    return kTitleOk;
 }
 
 int32_t CCaptionFx::SetRenderSettings(const TitleRenderSettings* settings) noexcept {
     if (settings == nullptr) return kTitleInvalidArgument;
     if (OutputChanges(settings_, *settings)) {
-        for (MetaString& string : strings_) string.StringPlanes = {};
+        for (MetaString& string : strings_) {
+            string.StringPlanes = {};
+            string.PathChanged = 1;  // effects hold the canvas and the layout in pixels
+        }
         cache_.FreeSavedFrame();
         titleSettingsChanged_ = 1;
     }
     if (CompositingChanges(settings_, *settings)) cache_.FreeSavedFrame();
     settings_ = *settings;
-    return kTitleOk;
+    return Guarded(
+        [&] { return threadPool_.SetThreadLimit(static_cast<uint32_t>(std::max(settings->MaxThreads, 0))); });
 }
 
 int32_t CCaptionFx::GetCharFont(int32_t string, int32_t character, FontSpec* font) noexcept {

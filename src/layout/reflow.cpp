@@ -1,23 +1,27 @@
 #include "layout/reflow.h"
 
+#include <utility>
+
 #include "layout/line_ends.h"
 
 namespace captionfx {
 namespace {
 
-/// The walk of one reflow. Line and paragraph records are taken over one after the other as the walk needs them: of a
-/// line only the count matters, since all its fields are set again, but a paragraph carries settings, so that a record
-/// goes on only to the paragraph that its LF opened before the edit.
+/// The walk of one reflow. Line records are taken over one after the other as the walk needs them, since all their
+/// fields are set again. A paragraph record carries settings: one whose LF opened a paragraph before the edit takes
+/// over the next record that is left, others get a copy of the settings of the paragraph before. So a pair that an
+/// insertion cuts leaves its record to the next pair.
 class Reflow {
 public:
     Reflow(MetaString& string, int32_t first, bool vertical)
-        : string_(string),
-          vertical_(vertical),
-          line_(At(string.Characters, first).LineIndex),
-          paragraph_(At(string.Lines, line_).ParagraphIndex) {
+        : string_(string), vertical_(vertical), line_(At(string.Characters, first).LineIndex) {
         for (const MetaLine& line : string.Lines) paragraphBefore_.push_back(line.ParagraphIndex);
-        for (int32_t i = Line().CharStart; i < first; ++i) run_ += Advance(i);
         if (first > 0) previousParagraphBefore_ = ParagraphBefore(first - 1);
+        // An LF that opens a paragraph is placed from the line of its CR.
+        if (IsPairedLF(string.Characters, first)) line_ = At(string.Characters, first - 1).LineIndex;
+        nextRecord_ = static_cast<size_t>(Line().ParagraphIndex) + 1;
+        paragraphs_.assign(string.Paragraphs.begin(), string.Paragraphs.begin() + Line().ParagraphIndex + 1);
+        for (int32_t i = Line().CharStart; i < first; ++i) run_ += Advance(i);
     }
 
     void Place(int32_t i) {
@@ -26,7 +30,7 @@ public:
         previousParagraphBefore_ = paragraphBefore;
         if (IsPairedLF(string_.Characters, i)) {
             OpenParagraph(i, openedBefore);
-        } else if (run_ <= 0 || run_ + Advance(i) <= LineLimit(string_, Paragraph())) {
+        } else if (run_ <= 0 || run_ + Advance(i) <= LineLimit(string_, paragraphs_.back())) {
             Stay(i);
         } else {
             Wrap(i);
@@ -34,35 +38,30 @@ public:
     }
 
     void Finish() {
-        Paragraph().LineEnd = line_;
+        paragraphs_.back().LineEnd = line_;
         string_.Lines.resize(static_cast<size_t>(line_) + 1);
-        string_.Paragraphs.resize(static_cast<size_t>(paragraph_) + 1);
+        string_.Paragraphs = std::move(paragraphs_);
     }
 
 private:
     MetaLine& Line() { return At(string_.Lines, line_); }
-    MetaParagraph& Paragraph() { return At(string_.Paragraphs, paragraph_); }
     [[nodiscard]] float Advance(int32_t i) const { return AdvanceOf(string_.Characters, i, vertical_); }
     [[nodiscard]] int32_t ParagraphBefore(int32_t i) const {
         return At(paragraphBefore_, At(string_.Characters, i).LineIndex);
     }
 
     void OpenParagraph(int32_t i, bool openedBefore) {
-        const int32_t lineOfCR = At(string_.Characters, i - 1).LineIndex;
-        if (lineOfCR < line_) {
-            line_ = lineOfCR;
-            paragraph_ = Line().ParagraphIndex;
-        }
         Line().CharEnd = i - 1;
-        Paragraph().LineEnd = line_;
-        if (!openedBefore || paragraph_ + 1 == CountOf(string_.Paragraphs)) {
-            ParagraphSpec settings{};
-            CopyParagraphSettings(settings, Paragraph());
-            InsertParagraphRecord(string_, paragraph_ + 1, settings);
+        paragraphs_.back().LineEnd = line_;
+        MetaParagraph paragraph{};
+        if (openedBefore && nextRecord_ < string_.Paragraphs.size()) {
+            paragraph = string_.Paragraphs[nextRecord_++];
+        } else {
+            CopyParagraphSettings(paragraph, paragraphs_.back());
         }
-        ++paragraph_;
+        paragraphs_.push_back(paragraph);
         OpenLine(i);
-        Paragraph().LineStart = line_;
+        paragraphs_.back().LineStart = line_;
     }
 
     void Stay(int32_t i) {
@@ -81,7 +80,7 @@ private:
         ++line_;
         if (line_ == CountOf(string_.Lines)) InsertLineRecord(string_, line_);
         Line().CharStart = Line().CharEnd = i;
-        Line().ParagraphIndex = paragraph_;
+        Line().ParagraphIndex = CountOf(paragraphs_) - 1;
         At(string_.Characters, i).LineIndex = line_;
         run_ = Advance(i);
     }
@@ -89,10 +88,11 @@ private:
     MetaString& string_;
     bool vertical_;
     int32_t line_;
-    int32_t paragraph_;
-    float run_ = 0;                         // advance of the line so far, document units
-    std::vector<int32_t> paragraphBefore_;  // of each line, before this edit
-    int32_t previousParagraphBefore_ = -1;  // of the character before the one to place
+    float run_ = 0;                          // advance of the line so far, document units
+    std::vector<MetaParagraph> paragraphs_;  // as they will be, up to the one that is open
+    size_t nextRecord_ = 0;                  // the next paragraph record of before the edit
+    std::vector<int32_t> paragraphBefore_;   // of each line, before the edit
+    int32_t previousParagraphBefore_ = -1;   // of the character before the one to place
 };
 
 }  // namespace

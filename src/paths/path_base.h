@@ -27,7 +27,8 @@ public:
     /// Returns 1. Effects that draw random numbers rely on being called in index order (path_random.h).
     virtual int32_t CalcCharacter(int32_t pass, int32_t index, float progress, CharPlacement* placement);
 
-    // Images of 32-bit pixels, straight alpha, which stay the caller's; `stride` in bytes. Return 0.
+    // Images of 32-bit pixels, which stay the caller's; `stride` in bytes. The source has straight alpha, and so must
+    // the target when ProcessImage is done; before that it holds what the frame left there. Return 0.
     virtual int32_t SetSourceImage(uint8_t* pixels, int32_t width, int32_t height, int32_t stride);
     virtual int32_t SetTargetImage(uint8_t* pixels, int32_t width, int32_t height, int32_t stride);
 

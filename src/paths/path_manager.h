@@ -20,6 +20,7 @@ public:
     virtual ~CPathManager() = default;
 
     /// A new effect with the defaults of CPathBase, or null for a name that is empty, unknown, or without a class.
+    /// Memory that runs out is thrown, so that the frame can say so.
     [[nodiscard]] CPathBase* CreatePath(std::string_view name);
 
     /// Destroys an effect, whether this manager made it or not; it must not be used again. Returns 1, for null too.

@@ -10,6 +10,7 @@
 namespace captionfx {
 namespace {
 
+constexpr size_t kMostCachedValues = size_t{16} << 20U;  // 32 MiB: far more than titles that stand still or breathe
 constexpr float kMaxRadius = static_cast<float>(kMaxLayerSide);
 
 /// The kernel's value at (x, y) from its centre: the signed distance v of the position inside the ellipse along its own
@@ -82,9 +83,17 @@ int32_t CBorder::GetKernel(std::shared_ptr<const BorderKernel>* kernel, float ra
     if (!IsLayerSize(2 * int64_t{ReachOf(radiusX)} + 1, 2 * int64_t{ReachOf(radiusY)} + 1))
         return kTitleInvalidArgument;
     const std::lock_guard lock(mutex_);
-    std::shared_ptr<const BorderKernel>& cached = kernels_[{radiusX, radiusY}];
-    if (!cached) cached = std::make_shared<const BorderKernel>(BuildKernel(radiusX, radiusY));
-    *kernel = cached;
+    if (const auto cached = kernels_.find({radiusX, radiusY}); cached != kernels_.end()) {
+        *kernel = cached->second;
+        return kTitleOk;
+    }
+    *kernel = std::make_shared<const BorderKernel>(BuildKernel(radiusX, radiusY));
+    if (cachedValues_ + (*kernel)->Values.size() > kMostCachedValues) {
+        kernels_.clear();
+        cachedValues_ = 0;
+    }
+    kernels_.emplace(std::pair(radiusX, radiusY), *kernel);
+    cachedValues_ += (*kernel)->Values.size();
     return kTitleOk;
 }
 
@@ -122,6 +131,7 @@ int32_t CBorder::MakeRing(const CoverageMask& mask, CoverageMask& ring, float ra
 void CBorder::ClearKernels() {
     const std::lock_guard lock(mutex_);
     kernels_.clear();
+    cachedValues_ = 0;
 }
 
 CBorder& SharedBorder() {

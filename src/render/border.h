@@ -46,6 +46,7 @@ public:
 private:
     std::mutex mutex_;
     std::map<std::pair<float, float>, std::shared_ptr<const BorderKernel>> kernels_;
+    size_t cachedValues_ = 0;  // of all kernels there; a cache that grows too large is emptied
 };
 
 CBorder& SharedBorder();

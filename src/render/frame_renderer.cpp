@@ -16,6 +16,13 @@ bool AllAtRest(const std::vector<MetaString>& strings) {
     return std::ranges::all_of(strings, [](const MetaString& string) { return string.PathProgress == 1.0F; });
 }
 
+/// Whether no character lacks layers for want of memory: such a frame must not be kept.
+bool AllLayersBuilt(const std::vector<MetaString>& strings) {
+    return std::ranges::all_of(strings, [](const MetaString& string) {
+        return std::ranges::all_of(string.GlyphLayersList, [](const GlyphLayers& l) { return l.DirtyMask == 0; });
+    });
+}
+
 /// One frame. The steps stand in the order in which they run.
 class Frame {
 public:
@@ -23,18 +30,19 @@ public:
         : title_(title),
           settings_(title.Settings),
           planes_(title.Ops, title.Settings.Width),
+          workers_(title.Workers()),
           destination_(destination),
           clip_(clip) {}
 
     /// Composites the kept frame.
     void ShowSavedFrame() {
         const TitleRect& rect = title_.Cache.SavedDirtyRect;
-        CompositeOnto([&] { Composite(title_.Cache.SavedFrame.get(), rect, false); }, rect);
+        CompositeOnto(rect, [&](const TitleRect& band) { Composite(title_.Cache.SavedFrame.get(), band, false); });
         title_.Cache.FrameDirtyRect = rect;
     }
 
     void Draw() {
-        for (MetaString& string : title_.Strings) DrawString(title_, string, clip_);
+        DrawStrings(title_, clip_);
         for (MetaString& string : title_.Strings) MergePlanes(string);
         for (MetaString& string : title_.Strings) {
             if (IsImageStage(string)) {
@@ -47,12 +55,10 @@ public:
         for (const MetaString& string : title_.Strings) touched = Union(touched, string.DirtyRect);
         title_.Cache.FrameDirtyRect = Intersection(touched, clip_);
 
-        const TitleRect& rect = title_.Cache.FrameDirtyRect;
-        const auto compositeAll = [&] {
-            for (const MetaString& string : title_.Strings) Composite(ImageOf(string), rect, IsStraight(string));
-        };
-        CompositeOnto(compositeAll, rect);
-        if (AllAtRest(title_.Strings)) SaveFrame(title_.Strings.back());
+        CompositeOnto(title_.Cache.FrameDirtyRect, [&](const TitleRect& band) {
+            for (const MetaString& string : title_.Strings) Composite(ImageOf(string), band, IsStraight(string));
+        });
+        if (AllAtRest(title_.Strings) && AllLayersBuilt(title_.Strings)) SaveFrame(title_.Strings.back());
     }
 
 private:
@@ -77,9 +83,11 @@ private:
         string.DirtyRect = Intersection(Inflated(string.DirtyRect, 2), clip_);
         string.DrawnRect = string.DirtyRect;
         const StringPlanes& planes = string.StringPlanes;
-        MergeFaceOverBorder({planes.BorderPlane, settings_.Width, settings_.Height},
-                            {planes.FacePlane, settings_.Width, settings_.Height}, string.DirtyRect);
-        planes_.CompositePremultipliedOnto(planes.ShadowPlane, planes.BorderPlane, string.DirtyRect);
+        workers_.RunBands(string.DirtyRect, [&](const TitleRect& band) {
+            MergeFaceOverBorder({planes.BorderPlane, settings_.Width, settings_.Height},
+                                {planes.FacePlane, settings_.Width, settings_.Height}, band);
+            planes_.CompositePremultipliedOnto(planes.ShadowPlane, planes.BorderPlane, band);
+        });
     }
 
     /// The road of a string without an image effect.
@@ -103,19 +111,22 @@ private:
         effect.GetImageBounds(&bounds, &string.DirtyRect);
         const TitleRect inFrame = Intersection(bounds, title_.Frame());
         planes_.Unpremultiply(string.StringPlanes.ShadowPlane, inFrame);  // effects work on straight alpha
+        string.DrawnRect = title_.Frame();                                // an effect may write anywhere
         effect.ProcessImage(string.PathProgress);
         if (settings_.PostFilter != 0) planes_.PlaneFilter(string.StringPlanes.FacePlane, inFrame);
         if (settings_.DestinationAlpha != 0) planes_.Premultiply(string.StringPlanes.FacePlane, inFrame);
         string.DirtyRect = Union(string.DirtyRect, bounds);
-        string.DrawnRect = title_.Frame();  // an effect may write anywhere
     }
 
-    /// Runs `composite` with the destination in the form that it works on: premultiplied where it has alpha of its own.
+    /// Runs `composite` for bands of `rect`, with the destination in the form that it works on: premultiplied where it
+    /// has alpha of its own.
     template <class Compositing>
-    void CompositeOnto(Compositing composite, const TitleRect& rect) {
-        if (settings_.DestinationAlpha != 0) planes_.Premultiply(destination_, rect);
-        composite();
-        if (settings_.DestinationAlpha != 0) planes_.Unpremultiply(destination_, rect);
+    void CompositeOnto(const TitleRect& rect, Compositing composite) {
+        workers_.RunBands(rect, [&](const TitleRect& band) {
+            if (settings_.DestinationAlpha != 0) planes_.Premultiply(destination_, band);
+            composite(band);
+            if (settings_.DestinationAlpha != 0) planes_.Unpremultiply(destination_, band);
+        });
     }
 
     void Composite(const uint32_t* image, const TitleRect& rect, bool isStraight) {
@@ -146,6 +157,7 @@ private:
     const FrameTitle& title_;
     const TitleRenderSettings& settings_;
     PlaneOps planes_;
+    FrameWorkers workers_;
     uint32_t* destination_;
     TitleRect clip_;
 };
@@ -165,7 +177,7 @@ int32_t RenderFrame(const FrameTitle& title, uint32_t* destination, float time) 
         string.DrawnRect = {};
         if (!string.StringPlanes.Block) return kTitleOutOfMemory;
     }
-    for (MetaString& string : title.Strings) RefreshCachedLayers(title, string);
+    RefreshCachedLayers(title);
 
     const TitleRect clip = Intersection(title.Settings.ClipRect, title.Frame());
     if (title.Strings.empty() || IsEmpty(clip)) return kTitleOk;
@@ -191,6 +203,7 @@ void FlushRenderCaches(const FrameTitle& title) {
     }
     title.Cache.FreeSavedFrame();
     SharedBorder().ClearKernels();
+    title.Pool.ClearIdleThreads();
 }
 
 }  // namespace captionfx

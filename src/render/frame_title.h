@@ -8,6 +8,7 @@
 #include "paths/path_manager.h"
 #include "platform/font_system.h"
 #include "platform/page_memory.h"
+#include "render/frame_workers.h"
 #include "render/glyph_raster.h"
 #include "render/image_utility_ops.h"
 
@@ -35,9 +36,17 @@ struct FrameTitle {
     FontSystem& Fonts;
     PageMemory& Pages;
     FrameCache& Cache;
+    CThreadPool& Pool;
+    int32_t CpuCount;
 
     [[nodiscard]] GlyphSettings Glyphs() const { return {Fonts, Settings, VerticalTitle}; }
     [[nodiscard]] TitleRect Frame() const { return {0, 0, Settings.Width, Settings.Height}; }
+
+    /// One thread unless both the host and the machine have several; more than kMostThreads help nobody.
+    [[nodiscard]] FrameWorkers Workers() const {
+        constexpr int32_t kMostThreads = 64;
+        return {Pool, Settings.MaxThreads < 2 || CpuCount < 2 ? 1 : std::min(Settings.MaxThreads, kMostThreads)};
+    }
 };
 
 }  // namespace captionfx

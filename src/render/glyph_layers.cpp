@@ -44,7 +44,9 @@ void BuildDirtyLayers(const GlyphSettings& settings, ImageUtilityOps& ops, const
 
     const BorderRadii radii = BorderRadiiOf(border, font, settings.Render, character.WidthScale);
     const auto reachX = static_cast<float>(ReachOf(radii.X)), reachY = static_cast<float>(ReachOf(radii.Y));
-    const std::optional<BorderMasks> masks = MakeBorderMasks(glyph.Mask, radii.X, radii.Y);
+    const bool needsMasks = ((layers.DirtyMask & kBorderDirty) != 0 && border.Enable != 0 && border.Size >= 0) ||
+                            ((layers.DirtyMask & kShadowDirty) != 0 && shadow.EnableBorder != 0);
+    const std::optional<BorderMasks> masks = needsMasks ? MakeBorderMasks(glyph.Mask, radii.X, radii.Y) : BorderMasks{};
     if ((layers.DirtyMask & kShadowDirty) != 0) {
         const bool isBorderCast = shadow.EnableBorder != 0;
         layers.Shadow = isBorderCast ? LayerAt(x - reachX, y - reachY) : LayerAt(x, y);

@@ -46,7 +46,7 @@ std::optional<CoverageMask> MaskFromGrays(const GlyphCoverage& glyph, GlyphForma
     const int64_t height = glyph.BlackBoxY;
     int64_t width = RoundedUp(glyph.BlackBoxX, 4);
     // A platform may pad its rows by more: they are as long as the byte count allows.
-    while (width > 0 && bytes % width != 0 && (width + 4) * height <= bytes) width += 4;
+    while (bytes % width != 0 && (width + 4) * height <= bytes) width += 4;
     std::optional<CoverageMask> mask = MakeMask(width, height);
     if (!mask || bytes < width * height) return std::nullopt;
     const uint32_t factor = LevelFactor(format);
@@ -89,6 +89,7 @@ std::optional<RasterizedGlyph> RasterizeGlyph(const GlyphSettings& settings, cha
     const GlyphFormat format = FormatOf(settings.Render.AntialiasMode);
     const std::optional<GlyphCoverage> glyph = settings.Fonts.Realise(font.LogFont)->Coverage(unit, format, matrix);
     if (!glyph || glyph->Bytes.empty()) return std::nullopt;
+    if (glyph->BlackBoxX < 1 || glyph->BlackBoxY < 1) return std::nullopt;
     std::optional<CoverageMask> mask =
         format == GlyphFormat::kMono ? MaskFromBits(*glyph) : MaskFromGrays(*glyph, format);
     if (!mask) return std::nullopt;

@@ -4,7 +4,9 @@
 // title.
 //
 // Pixels are 32 bits, blue, green, red, alpha in memory. Each pointer names the first pixel of a rectangle; width and
-// height are the rectangle's, pitch is the distance of its rows in bytes. Source and destination do not overlap.
+// height are the rectangle's, pitch is the distance of its rows in bytes. Source and destination do not overlap. With
+// MaxThreads of 2 and more the operations are called on several threads at once, on pixels that do not overlap;
+// composites and the changes by alpha then get a rectangle in pieces.
 #pragma once
 
 #include <cstdint>

@@ -1,16 +1,16 @@
-// Drawing of a string's characters into its planes.
+// Drawing of a title's characters into the planes of their strings.
 #pragma once
 
 #include "render/frame_title.h"
 
 namespace captionfx {
 
-/// Builds the cached layers of a string that are dirty.
-void RefreshCachedLayers(const FrameTitle& title, MetaString& string);
+/// Builds the cached layers that are dirty, of all strings as one batch.
+void RefreshCachedLayers(const FrameTitle& title);
 
-/// Places all characters of a string for its PathID and PathProgress and draws them into its planes, which are cleared
-/// first. DirtyRect becomes what they touched, within `clip`, which lies in the frame. A string without PathID draws
-/// nothing.
-void DrawString(const FrameTitle& title, MetaString& string, const TitleRect& clip);
+/// Places all characters of all strings for their PathID and PathProgress and draws them into the strings' planes,
+/// which are cleared first. DirtyRect of each string becomes what they touched, within `clip`, which lies in the frame.
+/// A string without PathID draws nothing.
+void DrawStrings(const FrameTitle& title, const TitleRect& clip);
 
 }  // namespace captionfx

@@ -19,9 +19,9 @@ uint32_t* AlignedUp(uint8_t* start) {
 
 StringPlanes ReserveStringPlanes(PageMemory& memory, int32_t width, int32_t height) {
     StringPlanes planes;
-    if (width <= 0 || height <= 0) return planes;
+    constexpr int32_t kWidest = std::numeric_limits<int32_t>::max() / 4;  // pitches are 32-bit numbers of bytes
+    if (width <= 0 || height <= 0 || width > kWidest) return planes;
     const uint64_t pixels = static_cast<uint64_t>(width) * static_cast<uint64_t>(height);
-    if (pixels > (std::numeric_limits<uint64_t>::max() - 96) / 12) return planes;
     const size_t planeBytes = pixels * 4;
     const auto behind = [&](uint32_t* plane) { return AlignedUp(reinterpret_cast<uint8_t*>(plane) + planeBytes); };
     planes.Block = PageBlock(memory, pixels * 12 + 96);

@@ -6,6 +6,7 @@
 #include "layout/line_ends.h"
 #include "layout/reflow.h"
 #include "layout/string_layout.h"
+#include "text/text_transaction.h"
 
 namespace captionfx {
 namespace {
@@ -67,6 +68,7 @@ void CloseText(MetaString& string) {
 
 void DeleteText(FontSystem& fonts, const TitleDefaults& defaults, MetaString& string, int32_t first, int32_t count) {
     const int32_t end = first + count;
+    TextTransaction edit(string);
     ReleaseFontRange(string, first, count);
     ReleaseFaceRange(string, first, count);
     ReleaseBorderRange(string, first, count);
@@ -77,7 +79,6 @@ void DeleteText(FontSystem& fonts, const TitleDefaults& defaults, MetaString& st
     JoinParagraphs(string, joint);
     JoinLines(string, joint, end);
     EraseRange(string.Characters, first, end);
-    EraseRange(string.GlyphLayersList, first, end);
 
     if (string.Characters.empty()) {
         string.Lines.clear();
@@ -89,6 +90,8 @@ void DeleteText(FontSystem& fonts, const TitleDefaults& defaults, MetaString& st
         ReflowLines(string, first, tail - end + 1, defaults.DefaultString.Vertical != 0);
     }
     LayoutString(fonts, defaults.DefaultFont, string);
+    EraseRange(string.GlyphLayersList, first, end);
+    edit.Commit();
 }
 
 }  // namespace captionfx

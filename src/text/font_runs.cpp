@@ -1,6 +1,7 @@
 #include "text/font_runs.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "text/font_environment.h"
 

@@ -1,9 +1,13 @@
 #include "text/insert_text.h"
 
+#include <iterator>
+#include <utility>
+
 #include "host/style_tables.h"
 #include "layout/reflow.h"
 #include "layout/string_layout.h"
 #include "text/font_runs.h"
+#include "text/text_transaction.h"
 
 namespace captionfx {
 namespace {
@@ -29,6 +33,14 @@ void SetExtent(FontSystem& system, const MetaFont& font, bool vertical, MetaChar
     if (vertical && unit < kFirstUprightCharacter) std::swap(character.Width, character.Height);
 }
 
+/// Dirty layers without pixels for new characters; all or none.
+void InsertLayers(MetaString& string, int32_t position, size_t count) {
+    std::vector<GlyphLayers> layers(count);
+    string.GlyphLayersList.reserve(string.GlyphLayersList.size() + count);
+    string.GlyphLayersList.insert(string.GlyphLayersList.begin() + position, std::move_iterator(layers.begin()),
+                                  std::move_iterator(layers.end()));
+}
+
 /// The first paragraph and line of a string that has no text yet.
 void OpenFirstLine(MetaString& string, const ParagraphSpec& settings) {
     InsertParagraphRecord(string, 0, settings);
@@ -41,6 +53,7 @@ int32_t InsertText(PlatformServices& services, const TitleDefaults& defaults, Me
                    std::u16string_view text) {
     const std::vector<MetaFont> fonts = LinkFonts(services, defaults.DefaultFont, text);
     if (fonts.empty()) return kTitleFailure;
+    TextTransaction edit(string);
     if (string.Characters.empty()) OpenFirstLine(string, defaults.DefaultParagraph);
 
     MetaCharacter character{};
@@ -59,13 +72,12 @@ int32_t InsertText(PlatformServices& services, const TitleDefaults& defaults, Me
         SetExtent(services.Fonts(), fonts[i], string.Vertical != 0, character);
         fresh.push_back(character);
     }
-    std::vector<GlyphLayers> layers(text.size());
-    string.GlyphLayersList.insert(string.GlyphLayersList.begin() + position, std::move_iterator(layers.begin()),
-                                  std::move_iterator(layers.end()));
     string.Characters.insert(string.Characters.begin() + position, fresh.begin(), fresh.end());
 
     ReflowLines(string, position, CountOf(fresh), defaults.DefaultString.Vertical != 0);
     LayoutString(services.Fonts(), defaults.DefaultFont, string);
+    InsertLayers(string, position, text.size());
+    edit.Commit();
     return kTitleOk;
 }
 

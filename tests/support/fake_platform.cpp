@@ -163,7 +163,7 @@ FontSpec Font(std::u16string_view face, float size) {
     return font;
 }
 
-TestTitle::TestTitle() {
+TestTitle::TestTitle(FakePlatformOptions options) : Platform(options) {
     const FontSpec font = Font(u"Box");
     const MetaBorder border{};
     const MetaShadow shadow{};

@@ -49,8 +49,15 @@ public:
     int Alive = 0;
 };
 
+/// How a fake platform differs from the usual one.
+struct FakePlatformOptions {
+    int32_t Processors = 1;
+};
+
 class FakePlatform final : public PlatformServices, public DebugOutput, public Clock, public ModuleLoader {
 public:
+    explicit FakePlatform(FakePlatformOptions options = {}) : options_(options) {}
+
     FontSystem& Fonts() override { return FontsOfBoxes; }
     DebugOutput& Debug() override { return *this; }
     Clock& Time() override { return *this; }
@@ -60,7 +67,7 @@ public:
 
     void Write(std::string_view message) override { Messages.emplace_back(message); }
     uint32_t Milliseconds() override { return 4711; }
-    int32_t ProcessorCount() override { return 1; }
+    int32_t ProcessorCount() override { return options_.Processors; }
     std::unique_ptr<Module> LoadBesideLibrary(std::string_view) override { return nullptr; }
 
     FakeFonts FontsOfBoxes;
@@ -68,6 +75,9 @@ public:
     std::vector<std::string> Messages;
     bool HasFontLink = true;
     int32_t LinkedRunLength = 0;  ///< What GetStrCodePages answers; 0 is the whole text.
+
+private:
+    FakePlatformOptions options_;
 };
 
 /// A font request of the fake platform, 64 document units unless told.
@@ -75,7 +85,7 @@ public:
 
 /// A title on a fake platform, font "Box" of size 64, face alone: white, opaque, no border, no shadow.
 struct TestTitle {
-    TestTitle();
+    explicit TestTitle(FakePlatformOptions options = {});
 
     /// A string at (0, 0) with `text`; its index.
     int32_t Add(std::u16string_view text, float left = 0, float top = 0);

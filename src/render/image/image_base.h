@@ -11,8 +11,8 @@ namespace KVTImageUtility {
 class CImageBase {
 public:
     CImageBase() = default;
-    CImageBase(CImageBase&&) = default;
-    CImageBase& operator=(CImageBase&&) = default;
+    CImageBase(const CImageBase&) = delete;
+    CImageBase& operator=(const CImageBase&) = delete;
     virtual ~CImageBase() = default;
 
     /// Points at `pixels`, which stay the caller's; rows are `pitch` bytes apart.
