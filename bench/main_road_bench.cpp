@@ -120,5 +120,25 @@ void FreshFrame(benchmark::State& state) {
 }
 BENCHMARK(FreshFrame)->Unit(benchmark::kMillisecond);
 
+/// 200 characters in motion on so many threads: layers made for the frame, drawn in bands. What counts is the ratio.
+void MovingTitleOfTwoHundred(benchmark::State& state) {
+    Stage stage(64, 1700);
+    stage.Title.InsertText(0, 0, Text(200).c_str());
+    TitleRenderSettings settings{};
+    stage.Title.GetRenderSettings(&settings);
+    settings.MaxThreads = static_cast<int32_t>(state.range(0));
+    settings.GlyphCacheEnabled = static_cast<int32_t>(state.range(1));
+    stage.Title.SetRenderSettings(&settings);
+    stage.String().PathProgress = 0.9F;
+    for (auto _ : state) stage.Title.RenderFrame(stage.Pixels.data(), 0);
+    state.counters["frames"] = benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
+}
+BENCHMARK(MovingTitleOfTwoHundred)
+    ->ArgNames({"threads", "cached"})
+    ->ArgsProduct({{1, 2}, {0, 1}})
+    ->Unit(benchmark::kMillisecond)
+    ->MeasureProcessCPUTime()
+    ->UseRealTime();
+
 }  // namespace
 }  // namespace captionfx

@@ -6,6 +6,10 @@ target_compile_options(captionfx_options INTERFACE
     # A frame is the same bytes with every compiler and on every machine: no fused multiply-add behind our back.
     -ffp-contract=off)
 
+if(CAPTIONFX_FUZZ)
+    target_compile_options(captionfx_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 if(CAPTIONFX_SANITIZE)
     target_compile_options(captionfx_options INTERFACE
         -fsanitize=${CAPTIONFX_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)

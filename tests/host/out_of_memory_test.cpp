@@ -1,0 +1,131 @@
+// Memory that runs out at any single allocation: the call says so, and the title is sound and usable. A program of its
+// own, since it puts its own operator new in the place of the library's.
+#include <cstdlib>
+#include <functional>
+#include <new>
+
+#include <gtest/gtest.h>
+
+#include "support/fake_platform.h"
+
+namespace {
+
+int allocationsLeft = -1;  // -1: as many as there are
+
+void* Allocate(size_t bytes) {
+    if (allocationsLeft == 0) throw std::bad_alloc();
+    if (allocationsLeft > 0) --allocationsLeft;
+    void* const block = std::malloc(bytes);
+    if (block == nullptr) throw std::bad_alloc();
+    return block;
+}
+
+}  // namespace
+
+void* operator new(size_t bytes) {
+    return Allocate(bytes);
+}
+void* operator new[](size_t bytes) {
+    return Allocate(bytes);
+}
+void operator delete(void* block) noexcept {
+    std::free(block);
+}
+void operator delete[](void* block) noexcept {
+    std::free(block);
+}
+void operator delete(void* block, size_t /*bytes*/) noexcept {
+    std::free(block);
+}
+void operator delete[](void* block, size_t /*bytes*/) noexcept {
+    std::free(block);
+}
+
+namespace captionfx::test {
+namespace {
+
+/// Runs `call` on fresh titles, failing at the first allocation, the second and so on until it needs no more, and
+/// checks the title each time.
+void FailEverywhere(const std::function<int32_t(TestTitle&)>& call,
+                    const std::function<void(TestTitle&, int32_t)>& check) {
+    for (int n = 0; n < 2000; ++n) {
+        TestTitle owner;
+        owner.Add(u"ab\r\ncd");
+        allocationsLeft = n;
+        const int32_t result = call(owner);
+        const bool ranOut = allocationsLeft == 0;
+        allocationsLeft = -1;
+        for (const MetaString& string : owner.Title.Strings())
+            ASSERT_EQ(StructureFault(string), "") << "allocation " << n;
+        check(owner, result);
+        std::vector<uint32_t> frame(320UL * 240);
+        ASSERT_GT(owner.Title.InsertText(0, 0, u"x\r\ny"), 0);
+        ASSERT_EQ(owner.Title.RenderFrame(frame.data(), 0), kTitleOk);
+        ASSERT_EQ(StructureFault(owner.String()), "") << "allocation " << n;
+        if (!ranOut) return;
+    }
+    FAIL() << "more allocations than anybody needs";
+}
+
+TEST(OutOfMemoryTest, InsertionIsWholeOrNotAtAll) {
+    FailEverywhere([](TestTitle& owner) { return owner.Title.InsertText(0, 3, u"1\r\n\u4e00\r\n2"); },
+                   [](TestTitle& owner, int32_t result) {
+                       EXPECT_TRUE(result == 13 || result == kTitleOutOfMemory);
+                       EXPECT_EQ(owner.Title.GetCharCount(0), result == 13 ? 13 : 6);
+                       EXPECT_EQ(owner.String().Fonts.size(), result == 13 ? 2U : 1U) << "no style that nobody uses";
+                   });
+}
+
+TEST(OutOfMemoryTest, SoIsDeletion) {
+    FailEverywhere([](TestTitle& owner) { return owner.Title.DeleteText(0, 1, 2); },
+                   [](TestTitle& owner, int32_t result) {
+                       EXPECT_EQ(owner.Title.GetCharCount(0), result == kTitleOutOfMemory ? 6 : 4);
+                   });
+    FailEverywhere([](TestTitle& owner) { return owner.Title.DeleteText(0, 0, 6); },
+                   [](TestTitle& owner, int32_t result) {
+                       EXPECT_EQ(owner.Title.GetCharCount(0), result == kTitleOutOfMemory ? 6 : 0);
+                   });
+}
+
+TEST(OutOfMemoryTest, AStringIsThereOrNot) {
+    FailEverywhere([](TestTitle& owner) { return owner.Title.AddString(); },
+                   [](TestTitle& owner, int32_t result) {
+                       EXPECT_EQ(owner.Title.GetStringCount(), result == kTitleOutOfMemory ? 1 : 2);
+                   });
+}
+
+TEST(OutOfMemoryTest, AFrameThatFailedLeavesNoTraces) {
+    TestTitle whole;
+    whole.Add(u"ab\r\ncd");
+    const auto frameOf = [](TestTitle& owner) {
+        std::vector<uint32_t> frame(320UL * 240, 0xFF000000);
+        EXPECT_EQ(owner.Title.RenderFrame(frame.data(), 0), kTitleOk);
+        return frame;
+    };
+    const std::vector<uint32_t> expected = frameOf(whole);
+    for (int n = 0; n < 400; ++n) {
+        TestTitle owner;
+        owner.Add(u"ab\r\ncd");
+        std::vector<uint32_t> scratch(320UL * 240, 0xFF000000);
+        allocationsLeft = n;
+        const int32_t status = owner.Title.RenderFrame(scratch.data(), 0);
+        const bool ranOut = allocationsLeft == 0;
+        allocationsLeft = -1;
+        EXPECT_TRUE(status == kTitleOk || status == kTitleOutOfMemory);
+        ASSERT_EQ(frameOf(owner), expected) << "after the allocation " << n << " failed";
+        if (!ranOut) return;
+    }
+}
+
+TEST(OutOfMemoryTest, ResettingSaysSo) {
+    FailEverywhere([](TestTitle& owner) { return owner.Title.ResetDefaults(); },
+                   [](TestTitle& owner, int32_t result) {
+                       FontSpec font{};
+                       owner.Title.GetCharFont(-1, 0, &font);
+                       EXPECT_EQ(font.Size, result == kTitleOk ? 24 : 64);
+                       if (result == kTitleOk) owner.Title.AddString();
+                   });
+}
+
+}  // namespace
+}  // namespace captionfx::test
