@@ -1,6 +1,7 @@
 // A byte string as a program of calls through the interface, frames included, on the fake platform. After each call the
 // structure of every string is sound; what else can go wrong the sanitizers find.
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
@@ -105,10 +106,10 @@ private:
         font.Bold = in_.UpTo(2);
         title_.SetDefaultFont(&font);
     }
-    /// Of fonts: most are small; a frame of glyphs of 1638 would take seconds.
+    /// Of fonts, scales and offsets: a frame of glyphs of 1638, which not a number becomes too, would take seconds.
     float SmallSize() {
         const float size = in_.Length();
-        return size > 64 ? 64 : size < -64 ? -64 : size;
+        return std::isfinite(size) ? std::clamp(size, -64.0F, 64.0F) : 64.0F;
     }
     void SetFaceAndBorder() {
         const MetaFace face{.Enable = in_.UpTo(4),
@@ -154,15 +155,15 @@ private:
     void SetString() {
         constexpr const char* kEffects[] = {"PATH_NOEFFECT", "PATH_FADE", "PATH_GLOW",
                                             "PATH_TRANCEUP", "",          "PATH_NONE"};
-        StringSpec spec{};
-        spec.Left = in_.Length();
-        spec.Top = in_.Length();
-        spec.WidthLimit = in_.UpTo(2) == 0 ? 1e9F : in_.Length();
-        spec.RotateDegree = in_.UpTo(3) == 0 ? in_.Length() : 0;
-        spec.Vertical = in_.UpTo(4) == 0 ? 1 : 0;
-        SetText(spec.PathID, kEffects[in_.UpTo(6)]);
-        spec.PathProgress = in_.UpTo(2) == 0 ? 1 : in_.Length() / 64;
-        title_.SetDefaultString(&spec);
+        StringSpec settings{};
+        settings.Left = in_.Length();
+        settings.Top = in_.Length();
+        settings.WidthLimit = in_.UpTo(2) == 0 ? 1e9F : in_.Length();
+        settings.RotateDegree = in_.UpTo(3) == 0 ? in_.Length() : 0;
+        settings.Vertical = in_.UpTo(4) == 0 ? 1 : 0;
+        SetText(settings.PathID, kEffects[in_.UpTo(6)]);
+        settings.PathProgress = in_.UpTo(2) == 0 ? 1 : in_.Length() / 64;
+        title_.SetDefaultString(&settings);
     }
     void SetSettings() {
         TitleRenderSettings s{};

@@ -125,9 +125,9 @@ int32_t CCaptionFx::GetCharParagraph(int32_t string, int32_t character, Paragrap
 
 int32_t CCaptionFx::GetStringSettings(int32_t string, StringSpec* settings) noexcept {
     return Fetch(settings, Find(string), defaults_.DefaultString, [](const MetaString& s) {
-        StringSpec spec{};
-        CopyStringSettings(spec, s);
-        return spec;
+        StringSpec copy{};
+        CopyStringSettings(copy, s);
+        return copy;
     });
 }
 

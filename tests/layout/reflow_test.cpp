@@ -44,6 +44,7 @@ TEST_F(ReflowTest, WrapsByCharacterAndBreaksOnlyAtPairs) {
         float limit;
         const char16_t* text;
         const char* flow;
+        float spacing = 0;
     } cases[] = {
         {2, u"abcde", "ab|cd|e"},
         {2.99F, u"abcde", "ab|cd|e"},
@@ -54,10 +55,13 @@ TEST_F(ReflowTest, WrapsByCharacterAndBreaksOnlyAtPairs) {
         {9, u"\r\n\r\n", "R#NR#N"},
         {9, u"a\r\r\nb", "aRR#Nb"},
         {9, u"a\n\rb", "aNRb"},
+        {-1, u"abc", "abc", -40},  // a run of -8 takes one more, whatever the limit
     };
     for (const auto& c : cases) {
         TestTitle title;
         title.ChangeDefaultString([&](StringSpec& spec) { spec.WidthLimit = c.limit * 32; });
+        const CharSpacing spacing{.WidthScale = 1, .Spacing = c.spacing};
+        title.Title.SetDefaultCharSpacing(&spacing);
         const int32_t index = title.Add(c.text);
         EXPECT_EQ(Flow(title.String(index)), c.flow);
         EXPECT_EQ(StructureFault(title.String(index)), "") << c.flow;
@@ -93,6 +97,22 @@ TEST_F(ReflowTest, ParagraphsKeepTheirSettings) {
     After(0, u"\r");  // a pair of two insertions
     EXPECT_EQ(settings(), (std::vector<float>{1, 1, 1, 2, 3}));
     EXPECT_EQ(Flow(string), "R#NaxR#NyR#NbR#Nc");
+
+    const struct {
+        const char16_t *text, *inserted;
+        std::vector<float> spaces;  // LineSpace of the paragraphs, 1, 2 and so on at first
+    } cases[] = {
+        {u"a\rb\r\nc", u"\n", {1, 1, 2}},        // completes a pair: the next paragraph keeps its own
+        {u"a\r\nb\r\nc\r\nd", u"x", {1, 2, 3}},  // cuts one: the settings behind it move up
+    };
+    for (const auto& c : cases) {
+        owner.Title.ClearString(0);
+        After(0, c.text);
+        for (size_t p = 0; p < string.Paragraphs.size(); ++p)
+            string.Paragraphs[p].LineSpace = static_cast<float>(p + 1);
+        After(2, c.inserted);
+        EXPECT_EQ(settings(), c.spaces);
+    }
 }
 
 TEST_F(ReflowTest, TheTitlesDirectionDecides) {

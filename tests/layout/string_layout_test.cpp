@@ -38,9 +38,37 @@ TEST_F(StringLayoutTest, LineEndsHaveNoSayInHeightsUnlessAlone) {
     Append(u"Box", u"b");
     EXPECT_EQ(Line(1).Height, 84);
     EXPECT_EQ(Char(2).Top, -8);  // yet it stands on the baseline: 48 + 8 - 64
-    Append(u"Tall", u"\r\n\r\nx");
-    EXPECT_EQ(Line(2).Height, 100);  // LF CR: an empty paragraph has the height of its two
-    EXPECT_EQ(Line(2).Width, 0);
+}
+
+TEST_F(StringLayoutTest, AnEmptyParagraphHasTheHeightOfItsTwoLineEnds) {
+    for (const int32_t vertical : {0, 1}) {
+        owner.Title.RemoveAllStrings();
+        owner.ChangeDefaultString([&](StringSpec& spec) { spec.Vertical = vertical; });
+        owner.Add(u"");
+        Append(u"Box", u"a\r");
+        Append(u"Tall", u"\n");  // LF CR, the LF tall
+        Append(u"Box", u"\r\n");
+        Append(u"Tall", u"\r");  // LF CR, the CR tall
+        Append(u"Box", u"\nb");
+        std::vector<float> extents;
+        for (const MetaLine& line : owner.String().Lines) extents.push_back(vertical != 0 ? line.Width : line.Height);
+        EXPECT_EQ(extents, (std::vector<float>{84, 100, 100, 84})) << vertical;
+        EXPECT_EQ(Line(1).Width * Line(1).Height, 0) << "no advance";
+    }
+}
+
+// No extent is below 0 for the string, and none of a paragraph is cut off at 0.
+TEST_F(StringLayoutTest, NegativeMetricsAndLimits) {
+    OutlineMetrics& metrics = owner.Platform.FontsOfBoxes.Families[u"Box"].Metrics;
+    metrics.Ascent = -1536;
+    metrics.InternalLeading = -256;
+    metrics.ExternalLeading = -128;
+    owner.ChangeDefaultString([](StringSpec& spec) { spec.WidthLimit = -10; });
+    owner.Add(u"a");
+    EXPECT_EQ(Line(0).Height, 72);  // the largest leadings are 0
+    EXPECT_EQ(Char(0).Top, 48);     // 0 + 0 - -48
+    EXPECT_EQ(owner.String().Paragraphs[0].Width, -10);
+    EXPECT_EQ(owner.String().Width, 0);
 }
 
 TEST_F(StringLayoutTest, StacksLinesAndParagraphs) {
@@ -79,9 +107,13 @@ TEST_F(StringLayoutTest, AlignsLinesInTheWidestParagraph) {
 TEST_F(StringLayoutTest, StretchAndSpacing) {
     const CharSpacing spacing{.WidthScale = 1.5F, .Spacing = 4};
     owner.Title.SetDefaultCharSpacing(&spacing);
-    owner.Add(u"ab");
-    EXPECT_EQ(Char(1).Left, 54);  // (32 + 4) 1.5
-    EXPECT_EQ(Line(0).Width, 108);
+    owner.Add(u"wb");
+    EXPECT_EQ(Char(1).Left, 102);  // (64 + 4) 1.5
+    EXPECT_EQ(Line(0).Width, 156);
+    owner.Title.RemoveAllStrings();
+    owner.ChangeDefaultString([](StringSpec& spec) { spec.Vertical = 1; });
+    owner.Add(u"wb");
+    EXPECT_EQ(Char(1).Top, 68) << "no stretch downward";
 }
 
 TEST_F(StringLayoutTest, TextOverTheLimitKeepsItsPositions) {
@@ -98,7 +130,7 @@ TEST_F(StringLayoutTest, VerticalColumnsGoLeftward) {
     const ParagraphSpec spaced{
         .Align = 2, .LineSpace = 10, .BeforeSpace = 5, .AfterSpace = 7, .LeftIndent = 0, .RightIndent = 0};
     owner.Title.SetDefaultParagraph(&spaced);
-    owner.Add(u"ab\u00e9\r\nc");  // the third stands upright: 72 along
+    owner.Add(u"a\x7f\x80\r\nc");  // the third stands upright: 72 along
     const MetaString& string = owner.String();
     EXPECT_EQ(Char(1).Top, 32);
     EXPECT_EQ(Char(2).Top, 64);
@@ -128,13 +160,13 @@ TEST_F(StringLayoutTest, VerticalRuleForLineEnds) {
 
 TEST_F(StringLayoutTest, AnEmptyStringHasTheExtentOfABlank) {
     owner.Add(u"");
-    EXPECT_EQ(owner.String().Width, 32);
+    EXPECT_EQ(owner.String().Width, 16);
     EXPECT_EQ(owner.String().Height, 84);
     EXPECT_EQ(owner.String().PathChanged, 0);
     owner.ChangeDefaultString([](StringSpec& spec) { spec.Vertical = 1; });
     const int32_t vertical = owner.Title.AddString();
     EXPECT_EQ(owner.String(vertical).Width, 84);
-    EXPECT_EQ(owner.String(vertical).Height, 32);
+    EXPECT_EQ(owner.String(vertical).Height, 16);
     owner.Title.InsertText(0, 0, u"a");
     EXPECT_EQ(owner.String().PathChanged, 1);
 }

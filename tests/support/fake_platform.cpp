@@ -32,7 +32,10 @@ public:
     std::optional<OutlineMetrics> Metrics() const override {
         return font_.HasOutlines ? std::optional(font_.Metrics) : std::nullopt;
     }
-    TextExtent Extent(char16_t) const override { return {font_.Advance, font_.Metrics.Height}; }
+    TextExtent Extent(char16_t unit) const override {
+        const int32_t advance = font_.Advance;
+        return {unit == u'w' ? advance * 2 : unit == u' ' ? advance / 2 : advance, font_.Metrics.Height};
+    }
     bool FindMissingGlyphs(std::u16string_view text, std::span<uint16_t> glyphs) const override {
         std::ranges::transform(text, glyphs.begin(), [&](char16_t unit) { return Has(unit) ? unit : uint16_t{0}; });
         return std::ranges::count(glyphs, 0) > 0;
@@ -40,7 +43,7 @@ public:
 
     /// A pixel whose centre lies in the box under the matrix is solid.
     std::optional<GlyphCoverage> Coverage(char16_t unit, GlyphFormat format, const GlyphMatrix& m) const override {
-        if (unit <= kLastSpaceOrControl) return std::nullopt;
+        if (unit <= kLastSpaceOrControl && !font_.HasControlShapes) return std::nullopt;
         const double a = m.eM11 / 65536.0, b = m.eM21 / 65536.0, c = m.eM12 / 65536.0, d = m.eM22 / 65536.0;
         const double determinant = a * d - b * c;
         if (std::abs(determinant) < 1e-12) return std::nullopt;
@@ -82,20 +85,24 @@ constexpr char16_t kFirstHan = 0x3000, kLastHan = 0x9FFF;
 
 class FakeLink final : public FontLink {
 public:
-    explicit FakeLink(int32_t runLength) : runLength_(runLength) {}
+    FakeLink(int32_t runLength, int32_t& mappingsInUse) : runLength_(runLength), mappingsInUse_(mappingsInUse) {}
     CodePageRun GetStrCodePages(std::u16string_view text) override {
-        return {1, runLength_ == 0 ? static_cast<int32_t>(text.size()) : runLength_};
+        return {++codePages_, runLength_ == 0 ? static_cast<int32_t>(text.size()) : runLength_};
     }
-    std::optional<LogFont> MapFont(const LogFont& base, uint32_t, char16_t unit) override {
-        if (unit < kFirstHan || unit > kLastHan) return std::nullopt;
+    /// Maps for the run that was asked about last.
+    std::optional<LogFont> MapFont(const LogFont& base, uint32_t codePages, char16_t unit) override {
+        if (codePages != codePages_ || unit < kFirstHan || unit > kLastHan) return std::nullopt;
+        ++mappingsInUse_;
         LogFont mapped = base;
         SetText(mapped.lfFaceName, u"Han");
         return mapped;
     }
-    void ResetFontMapping() override {}
+    void ResetFontMapping() override { mappingsInUse_ = 0; }
 
 private:
     int32_t runLength_;
+    int32_t& mappingsInUse_;
+    uint32_t codePages_ = 0;  // another mask for each run
 };
 
 }  // namespace
@@ -152,7 +159,7 @@ void FakePages::Release(void* block, size_t) noexcept {
 }
 
 std::unique_ptr<FontLink> FakePlatform::CreateFontLink() {
-    return HasFontLink ? std::make_unique<FakeLink>(LinkedRunLength) : nullptr;
+    return HasFontLink ? std::make_unique<FakeLink>(LinkedRunLength, MappingsInUse) : nullptr;
 }
 
 FontSpec Font(std::u16string_view face, float size) {

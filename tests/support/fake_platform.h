@@ -1,9 +1,9 @@
 // A platform of known answers: fonts of boxes with round metrics, memory that can run out, output that is kept.
 //
-// At an em of 2048 every character of "Box" advances 1024 in a cell 2304 high (ascent 1536, descent 512, internal
-// leading 256, external leading 128), and its shape is a box 768 wide and 1024 high that stands on the baseline at the
-// left edge. At size 64 that is, in document units: advance 32, height 72, ascent 48, leadings 8 and 4, a box of 24
-// by 32. At scale 1 these are pixels.
+// At an em of 2048 every character of "Box" but two advances 1024 in a cell 2304 high (ascent 1536, descent 512,
+// internal leading 256, external leading 128), and its shape is a box 768 wide and 1024 high that stands on the
+// baseline at the left edge. At size 64 that is, in document units: advance 32, height 72, ascent 48, leadings 8 and 4,
+// a box of 24 by 32. At scale 1 these are pixels. In every font 'w' advances twice as far and a space half as far.
 //
 //   "Box"      has the characters up to U+024F, space and controls included (they have no shape)
 //   "Tall"     as Box, but ascent 2048, cell 2816: for baselines
@@ -28,6 +28,7 @@ struct FakeFontMetrics {
     int32_t Advance;
     char16_t First, Last;  ///< The characters that it has.
     bool HasOutlines = true;
+    bool HasControlShapes = false;  ///< Draws controls as it draws letters.
 };
 
 class FakeFonts final : public FontSystem {
@@ -75,6 +76,7 @@ public:
     std::vector<std::string> Messages;
     bool HasFontLink = true;
     int32_t LinkedRunLength = 0;  ///< What GetStrCodePages answers; 0 is the whole text.
+    int32_t MappingsInUse = 0;    ///< Fonts that were mapped and not given back by ResetFontMapping.
 
 private:
     FakePlatformOptions options_;

@@ -50,6 +50,7 @@ TEST_F(InsertTextTest, MissingCharactersGetLinkedFontsOneByOne) {
         }
         EXPECT_EQ(faces, u"BHBHBB") << runLength;  // Box, Han; nobody has the last one
         EXPECT_EQ(fresh.String().Fonts.size(), 2U);
+        EXPECT_EQ(fresh.Platform.MappingsInUse, 0);
         EXPECT_EQ(fresh.String().Characters[1].Width, 64) << "the linked face keeps the size";
     }
 }
