@@ -2,8 +2,6 @@
 #include "host/title_object.h"
 
 #include <array>
-#include <bit>
-#include <cmath>
 #include <limits>
 
 #include <gtest/gtest.h>
@@ -20,6 +18,14 @@ bool SameBytes(const Record& a, const Record& b) {
     return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
+/// Whether a getter gives this status and this record for a character of the first string.
+template <class Get, class Record>
+bool Gives(CCaptionFx& title, Get get, int32_t character, int32_t status, const Record& expected) {
+    Record back;
+    std::memset(&back, 0x5A, sizeof back);
+    return (title.*get)(0, character, &back) == status && SameBytes(back, expected);
+}
+
 /// All records against the built-in values. The getters give the defaults for a bad index.
 void ExpectBuiltInDefaults(CCaptionFx& title) {
     TitleRenderSettings s{};
@@ -29,23 +35,14 @@ void ExpectBuiltInDefaults(CCaptionFx& title) {
     EXPECT_EQ(title.GetCharFont(0, 0, &font), kTitleInvalidArgument);
     EXPECT_EQ(TextOf(font.FaceName), u"Box") << "Arial is not installed here";
     EXPECT_EQ(font.Size, 24);
-    MetaFace face{};
-    EXPECT_EQ(title.GetCharFace(0, 0, &face), kTitleInvalidArgument);
-    EXPECT_TRUE(SameBytes(face, {1, 0xFFFFFF, 0xFFFFFF, 0, 255, 0}));
-    MetaBorder border{};
-    EXPECT_EQ(title.GetCharBorder(0, 0, &border), kTitleInvalidArgument);
-    EXPECT_TRUE(SameBytes(border, {1, 3, 0xFF, 0xFF, 0, 255, 0}));
-    MetaShadow shadow{};
-    EXPECT_EQ(title.GetCharShadow(0, 0, &shadow), kTitleInvalidArgument);
-    EXPECT_TRUE(SameBytes(shadow, {1, 1, 0, 0, 0, 128, 3, 3, 3, 0}));
-    CharSpacing spacing{};
-    EXPECT_EQ(title.GetCharSpacing(0, 0, &spacing), kTitleInvalidArgument);
-    EXPECT_TRUE(SameBytes(spacing, {1, 0}));
-    ParagraphSpec paragraph{1, 1, 1, 1, 1, 1};
-    EXPECT_EQ(title.GetCharParagraph(0, 0, &paragraph), kTitleInvalidArgument);
-    EXPECT_TRUE(SameBytes(paragraph, {}));
+    constexpr int32_t kBad = kTitleInvalidArgument;
+    EXPECT_TRUE(Gives(title, &CCaptionFx::GetCharFace, 0, kBad, MetaFace{1, 0xFFFFFF, 0xFFFFFF, 0, 255, 0}));
+    EXPECT_TRUE(Gives(title, &CCaptionFx::GetCharBorder, 0, kBad, MetaBorder{1, 3, 0xFF, 0xFF, 0, 255, 0}));
+    EXPECT_TRUE(Gives(title, &CCaptionFx::GetCharShadow, 0, kBad, MetaShadow{1, 1, 0, 0, 0, 128, 3, 3, 3, 0}));
+    EXPECT_TRUE(Gives(title, &CCaptionFx::GetCharSpacing, 0, kBad, CharSpacing{1, 0}));
+    EXPECT_TRUE(Gives(title, &CCaptionFx::GetCharParagraph, 0, kBad, ParagraphSpec{}));
     StringSpec string{};
-    EXPECT_EQ(title.GetStringSettings(0, &string), kTitleInvalidArgument);
+    EXPECT_EQ(title.GetStringSettings(0, &string), kBad);
     EXPECT_TRUE(SameBytes(string, {100, 100, 1e9F, 0, 0, "PATH_NOEFFECT", 1, ""}));
 }
 
@@ -90,16 +87,11 @@ TEST(TitleObjectTest, ReadsStylesBack) {
         title.GetCharFont(0, 3, &fontBack);
         EXPECT_EQ(fontBack.Bold, bold);
     }
-    const auto same = [&](auto get, auto expected) {
-        decltype(expected) back{};
-        EXPECT_EQ((title.*get)(0, 3, &back), kTitleOk);
-        return SameBytes(back, expected);
-    };
-    EXPECT_TRUE(same(&CCaptionFx::GetCharFace, face));
-    EXPECT_TRUE(same(&CCaptionFx::GetCharBorder, border));
-    EXPECT_TRUE(same(&CCaptionFx::GetCharShadow, shadow));
-    EXPECT_TRUE(same(&CCaptionFx::GetCharSpacing, spacing));
-    EXPECT_TRUE(same(&CCaptionFx::GetCharParagraph, paragraph));
+    EXPECT_TRUE(Gives(title, &CCaptionFx::GetCharFace, 3, kTitleOk, face));
+    EXPECT_TRUE(Gives(title, &CCaptionFx::GetCharBorder, 3, kTitleOk, border));
+    EXPECT_TRUE(Gives(title, &CCaptionFx::GetCharShadow, 3, kTitleOk, shadow));
+    EXPECT_TRUE(Gives(title, &CCaptionFx::GetCharSpacing, 3, kTitleOk, spacing));
+    EXPECT_TRUE(Gives(title, &CCaptionFx::GetCharParagraph, 3, kTitleOk, paragraph));
     StringSpec stringBack{};
     EXPECT_EQ(title.GetStringSettings(0, &stringBack), kTitleOk);
     EXPECT_TRUE(SameBytes(stringBack, string));
@@ -183,7 +175,7 @@ TEST(TitleObjectTest, ClearsAtThreeDepths) {
 TEST(TitleObjectTest, RotationIsThatOfTheMomentOfAdding) {
     TestTitle owner;
     owner.ChangeSettings([](TitleRenderSettings& s) { s.ScaleX = 2; });
-    owner.ChangeDefaultString([](StringSpec& spec) { spec.RotateDegree = 30; });
+    owner.ChangeDefaultString([](StringSpec& string) { string.RotateDegree = 30; });
     owner.Add(u"a", 10, 20);
     const MetaString& string = owner.String();
     EXPECT_FLOAT_EQ(string.RotateSin, -0.5F);
@@ -255,11 +247,11 @@ TEST(TitleObjectTest, SurvivesAnyFloat) {
                                     .OffsetY = value(7, 3),
                                     .Height = field % 2};
             title.SetDefaultShadow(&shadow);
-            owner.ChangeDefaultString([&](StringSpec& spec) {
-                spec.WidthLimit = value(8, 1e9F);
-                spec.RotateDegree = value(9, 10);
-                spec.PathProgress = value(10, 1);
-                SetText(spec.PathID, "PATH_FADE");
+            owner.ChangeDefaultString([&](StringSpec& string) {
+                string.WidthLimit = value(8, 1e9F);
+                string.RotateDegree = value(9, 10);
+                string.PathProgress = value(10, 1);
+                SetText(string.PathID, "PATH_FADE");
             });
             owner.ChangeSettings([&](TitleRenderSettings& s) {
                 s.Width = s.Height = 32;

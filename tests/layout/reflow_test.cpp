@@ -28,7 +28,7 @@ std::string Flow(const MetaString& string) {
 struct ReflowTest : testing::Test {
     /// A string of a width limit, in characters of 32 units.
     MetaString& Make(float charactersALine, std::u16string_view text) {
-        owner.ChangeDefaultString([&](StringSpec& spec) { spec.WidthLimit = charactersALine * 32; });
+        owner.ChangeDefaultString([&](StringSpec& string) { string.WidthLimit = charactersALine * 32; });
         return owner.String(owner.Add(text));
     }
     std::string After(int32_t position, const char16_t* text) {
@@ -59,7 +59,7 @@ TEST_F(ReflowTest, WrapsByCharacterAndBreaksOnlyAtPairs) {
     };
     for (const auto& c : cases) {
         TestTitle title;
-        title.ChangeDefaultString([&](StringSpec& spec) { spec.WidthLimit = c.limit * 32; });
+        title.ChangeDefaultString([&](StringSpec& string) { string.WidthLimit = c.limit * 32; });
         const CharSpacing spacing{.WidthScale = 1, .Spacing = c.spacing};
         title.Title.SetDefaultCharSpacing(&spacing);
         const int32_t index = title.Add(c.text);
@@ -117,12 +117,12 @@ TEST_F(ReflowTest, ParagraphsKeepTheirSettings) {
 
 TEST_F(ReflowTest, TheTitlesDirectionDecides) {
     // A vertical string whose title has gone back to horizontal wraps by widths, which are its cell heights of 72.
-    owner.ChangeDefaultString([](StringSpec& spec) {
-        spec.Vertical = 1;
-        spec.WidthLimit = 100;
+    owner.ChangeDefaultString([](StringSpec& string) {
+        string.Vertical = 1;
+        string.WidthLimit = 100;
     });
     const int32_t index = owner.Title.AddString();
-    owner.ChangeDefaultString([](StringSpec& spec) { spec.Vertical = 0; });
+    owner.ChangeDefaultString([](StringSpec& string) { string.Vertical = 0; });
     owner.Title.InsertText(index, 0, u"abc");
     EXPECT_EQ(Flow(owner.String()), "a|b|c");  // 72 + 72 is beyond 100; by heights 32 + 32 + 32 would fit
 }
@@ -150,7 +150,7 @@ TEST_F(ReflowTest, RandomInsertions) {
         std::mt19937 random(seed);
         const auto upTo = [&](int32_t n) { return static_cast<int32_t>(random() % static_cast<uint32_t>(n)); };
         TestTitle title;
-        title.ChangeDefaultString([&](StringSpec& spec) { spec.WidthLimit = static_cast<float>(20 + upTo(200)); });
+        title.ChangeDefaultString([&](StringSpec& string) { string.WidthLimit = static_cast<float>(20 + upTo(200)); });
         const int32_t appended = title.Add(u""), edited = title.Title.AddString();
         std::u16string whole;
         for (int32_t step = 0; step < 12; ++step) {

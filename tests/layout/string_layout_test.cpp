@@ -43,7 +43,7 @@ TEST_F(StringLayoutTest, LineEndsHaveNoSayInHeightsUnlessAlone) {
 TEST_F(StringLayoutTest, AnEmptyParagraphHasTheHeightOfItsTwoLineEnds) {
     for (const int32_t vertical : {0, 1}) {
         owner.Title.RemoveAllStrings();
-        owner.ChangeDefaultString([&](StringSpec& spec) { spec.Vertical = vertical; });
+        owner.ChangeDefaultString([&](StringSpec& string) { string.Vertical = vertical; });
         owner.Add(u"");
         Append(u"Box", u"a\r");
         Append(u"Tall", u"\n");  // LF CR, the LF tall
@@ -63,7 +63,7 @@ TEST_F(StringLayoutTest, NegativeMetricsAndLimits) {
     metrics.Ascent = -1536;
     metrics.InternalLeading = -256;
     metrics.ExternalLeading = -128;
-    owner.ChangeDefaultString([](StringSpec& spec) { spec.WidthLimit = -10; });
+    owner.ChangeDefaultString([](StringSpec& string) { string.WidthLimit = -10; });
     owner.Add(u"a");
     EXPECT_EQ(Line(0).Height, 72);  // the largest leadings are 0
     EXPECT_EQ(Char(0).Top, 48);     // 0 + 0 - -48
@@ -75,7 +75,7 @@ TEST_F(StringLayoutTest, StacksLinesAndParagraphs) {
     const ParagraphSpec spaced{
         .Align = 0, .LineSpace = 10, .BeforeSpace = 5, .AfterSpace = 7, .LeftIndent = 0, .RightIndent = 0};
     owner.Title.SetDefaultParagraph(&spaced);
-    owner.ChangeDefaultString([](StringSpec& spec) { spec.WidthLimit = 64; });
+    owner.ChangeDefaultString([](StringSpec& string) { string.WidthLimit = 64; });
     owner.Add(u"abc\r\nd");
     const MetaString& string = owner.String();
     EXPECT_EQ(Line(1).Top, 94);  // 84 + 10, relative to the paragraph
@@ -111,13 +111,13 @@ TEST_F(StringLayoutTest, StretchAndSpacing) {
     EXPECT_EQ(Char(1).Left, 102);  // (64 + 4) 1.5
     EXPECT_EQ(Line(0).Width, 156);
     owner.Title.RemoveAllStrings();
-    owner.ChangeDefaultString([](StringSpec& spec) { spec.Vertical = 1; });
+    owner.ChangeDefaultString([](StringSpec& string) { string.Vertical = 1; });
     owner.Add(u"wb");
     EXPECT_EQ(Char(1).Top, 68) << "no stretch downward";
 }
 
 TEST_F(StringLayoutTest, TextOverTheLimitKeepsItsPositions) {
-    owner.ChangeDefaultString([](StringSpec& spec) { spec.WidthLimit = 20; });
+    owner.ChangeDefaultString([](StringSpec& string) { string.WidthLimit = 20; });
     owner.Add(u"ab");
     EXPECT_EQ(Line(0).Width, 20);
     EXPECT_EQ(Char(0).Width, 32);
@@ -126,7 +126,7 @@ TEST_F(StringLayoutTest, TextOverTheLimitKeepsItsPositions) {
 // Below U+0080 the extents are crossed: 72 across the column, 32 along it. A column of them is 8 + 72 + 4 wide and puts
 // its characters at (48 - 8) - 48 = -8.
 TEST_F(StringLayoutTest, VerticalColumnsGoLeftward) {
-    owner.ChangeDefaultString([](StringSpec& spec) { spec.Vertical = 1; });
+    owner.ChangeDefaultString([](StringSpec& string) { string.Vertical = 1; });
     const ParagraphSpec spaced{
         .Align = 2, .LineSpace = 10, .BeforeSpace = 5, .AfterSpace = 7, .LeftIndent = 0, .RightIndent = 0};
     owner.Title.SetDefaultParagraph(&spaced);
@@ -145,7 +145,7 @@ TEST_F(StringLayoutTest, VerticalColumnsGoLeftward) {
 }
 
 TEST_F(StringLayoutTest, VerticalRuleForLineEnds) {
-    owner.ChangeDefaultString([](StringSpec& spec) { spec.Vertical = 1; });
+    owner.ChangeDefaultString([](StringSpec& string) { string.Vertical = 1; });
     owner.Add(u"a");
     Append(u"Tall", u"\r\n");
     EXPECT_EQ(Line(0).Width, 84);
@@ -153,7 +153,7 @@ TEST_F(StringLayoutTest, VerticalRuleForLineEnds) {
     Append(u"Box", u"b");
     EXPECT_EQ(Line(1).Width, 84);
     TestTitle alone;
-    alone.ChangeDefaultString([](StringSpec& spec) { spec.Vertical = 1; });
+    alone.ChangeDefaultString([](StringSpec& string) { string.Vertical = 1; });
     alone.Add(u"\r\n");
     EXPECT_EQ(alone.String().Lines[0].Width, 84) << "a CR that is the string's first character counts";
 }
@@ -163,7 +163,7 @@ TEST_F(StringLayoutTest, AnEmptyStringHasTheExtentOfABlank) {
     EXPECT_EQ(owner.String().Width, 16);
     EXPECT_EQ(owner.String().Height, 84);
     EXPECT_EQ(owner.String().PathChanged, 0);
-    owner.ChangeDefaultString([](StringSpec& spec) { spec.Vertical = 1; });
+    owner.ChangeDefaultString([](StringSpec& string) { string.Vertical = 1; });
     const int32_t vertical = owner.Title.AddString();
     EXPECT_EQ(owner.String(vertical).Width, 84);
     EXPECT_EQ(owner.String(vertical).Height, 16);

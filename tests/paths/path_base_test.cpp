@@ -12,6 +12,7 @@ using KVTImageUtility::CImageARGB;
 
 struct Probe final : CPathBase {
     using CPathBase::FindOpaqueBounds;
+    using CPathBase::sine_;
     [[nodiscard]] size_t BoxCount() const { return boxes_.size(); }
 };
 
@@ -39,16 +40,23 @@ TEST(PathBaseTest, CanvasBoundsInTheStringsFrame) {
     EXPECT_EQ(path.CanvasBounds().Right, 320);
     EXPECT_EQ(path.CanvasBounds().Bottom, 240);
     path.SetCanvasSize(100, 50);
-    path.SetStringRect({10, 20, 5, 5}, 0);
-    EXPECT_EQ(path.CanvasBounds().Right, 100);
-    EXPECT_EQ(path.CanvasBounds().Bottom, 50);
-    EXPECT_EQ(path.CanvasBounds().Left + path.CanvasBounds().Top, 0);
-    // By 90 degrees (x, y) becomes (y - 20 + 10, -(x - 10) + 20): x from -10 to 40, y from -70 to 30.
-    path.SetStringRect({10, 20, 5, 5}, 90);
-    EXPECT_NEAR(path.CanvasBounds().Left, -10, 1e-4);
-    EXPECT_NEAR(path.CanvasBounds().Right, 40, 1e-4);
-    EXPECT_NEAR(path.CanvasBounds().Top, -70, 1e-4);
-    EXPECT_NEAR(path.CanvasBounds().Bottom, 30, 1e-4);
+    const struct {
+        float angle, left, right, top, bottom, sine;
+    } cases[] = {
+        {0, 0, 100, 0, 50, 0},
+        {90, -10, 40, -70, 30, -1},  // (x, y) becomes (y - 20 + 10, -(x - 10) + 20)
+        {-90, -20, 30, 10, 110, 1},  // (-(y - 20) + 10, x - 10 + 20)
+        // c = 0.99999048, s = 0.00436331: -10 c - 20 s + 10, 90 c + 30 s + 10, -20 c - 90 s + 20, 30 c + 10 s + 20
+        {0.25F, -0.08717F, 100.13004F, -0.39251F, 50.04335F, -0.00436F},
+    };
+    for (const auto& c : cases) {
+        path.SetStringRect({10, 20, 5, 5}, c.angle);
+        EXPECT_NEAR(path.CanvasBounds().Left, c.left, 1e-4) << c.angle;
+        EXPECT_NEAR(path.CanvasBounds().Right, c.right, 1e-4) << c.angle;
+        EXPECT_NEAR(path.CanvasBounds().Top, c.top, 1e-4) << c.angle;
+        EXPECT_NEAR(path.CanvasBounds().Bottom, c.bottom, 1e-4) << c.angle;
+        EXPECT_NEAR(path.sine_, c.sine, 1e-5) << "of the negated angle";
+    }
 }
 
 TEST(PathBaseTest, ImagesAreCopiedWhenTheyMatch) {

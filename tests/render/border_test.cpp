@@ -85,6 +85,12 @@ TEST(BorderTest, RadiiBelowOneLeaveTheGlyph) {
     EXPECT_FALSE(MakeBorderMasks(glyph, 1e9F, 1));
 }
 
+TEST(BorderTest, OuterRowsAreEdgesWhateverLiesBehindThem) {
+    const CoverageMask full{std::vector<uint8_t>(5 * 4, 255), 5, 3};  // its memory goes on with a fourth row
+    // One below the middle of the last row: 0.5 inside the kernel of that pixel, beyond those of the corners.
+    EXPECT_EQ(MakeBorderMasks(full, 1.5F, 1.5F)->Dilated.Row(2 + 3)[2 + 2], 255);
+}
+
 // The dilation against its plain meaning: every pixel raised by every stamp. Only edges are stamped, so that inside a
 // shape a pixel that is no edge is full.
 TEST(BorderTest, DilationIsTheLargestOfAllStamps) {

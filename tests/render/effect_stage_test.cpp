@@ -30,6 +30,7 @@ struct Double final : CPathBase {
         *out = Bounds(*in);
         return kTitleOk;
     }
+    static constexpr auto kBoxes = &Double::boxes_;  // of any effect
     [[nodiscard]] uint32_t* Source() const { return reinterpret_cast<uint32_t*>(source_.Pixels()); }
     [[nodiscard]] uint32_t* Target() const { return reinterpret_cast<uint32_t*>(target_.Pixels()); }
 
@@ -110,8 +111,6 @@ TEST_F(EffectStageTest, PassesLandOnTopOfEachOther) {
 TEST_F(EffectStageTest, TransformedCharactersAreBuiltForTheFrame) {
     const CharSpacing wide{.WidthScale = 1.5F, .Spacing = 0};
     owner.Title.SetDefaultCharSpacing(&wide);
-    const MetaBorder border{
-        .Enable = 1, .Size = 5, .Color1 = 0, .Color2 = 0, .GradType = 0, .Alpha = 255, .BlurRadius = 0};
     owner.ChangeSettings([](TitleRenderSettings& s) { s.ScaleY = 0.5F; });
     owner.Add(u"a", 10, 4);
     owner.String().PathProgress = 0.5F;
@@ -144,7 +143,6 @@ TEST_F(EffectStageTest, TransformedCharactersAreBuiltForTheFrame) {
             }
         }
     }
-    EXPECT_EQ(border.Size, 5);
 }
 
 TEST_F(EffectStageTest, ImageEffectsTakeTheFinishedImage) {
@@ -205,7 +203,7 @@ TEST_F(EffectStageTest, BindingSnapshotsTheLayoutInPixels) {
         s.ScaleX = 2;
         s.ScaleY = 3;
     });
-    owner.ChangeDefaultString([](StringSpec& spec) { spec.RotateDegree = 90; });
+    owner.ChangeDefaultString([](StringSpec& string) { string.RotateDegree = 90; });
     owner.Add(u"a\r\nb", 10, 4);
     MetaString& string = owner.String();
     SetText(string.PathID, "PATH_FADE");
@@ -220,12 +218,14 @@ TEST_F(EffectStageTest, BindingSnapshotsTheLayoutInPixels) {
     EXPECT_NEAR(bound->CanvasBounds().Right, 80, 1e-3);
     EXPECT_NEAR(bound->CanvasBounds().Top, -64, 1e-3);
     EXPECT_NEAR(bound->CanvasBounds().Bottom, 32, 1e-3);
-    CharPlacement at{};
-    string.PathObject->CalcCharacter(0, 3, 1, &at);
-    EXPECT_EQ(at.X, 20);
-    EXPECT_EQ(at.Y, (4 + 84 + 8) * 3);
-    string.PathObject->CalcCharacter(0, 1, 1, &at);
-    EXPECT_EQ(at.X + at.Y, 0) << "a line end is nowhere";
+    const std::vector<CharBox>& boxes = bound->*Double::kBoxes;
+    ASSERT_EQ(boxes.size(), 4U);
+    const auto equal = [](const CharBox& box, const CharBox& expected) {
+        return std::memcmp(&box, &expected, sizeof box) == 0;
+    };
+    // b stands at y = 4 + 84 + 8 and its baseline 48 lower.
+    EXPECT_TRUE(equal(boxes[3], {20, 96 * 3, 32 * 2, 72 * 3, 20, (96 + 48) * 3}));
+    EXPECT_TRUE(equal(boxes[1], {0, 0, 0, 0, 0, 48 * 3})) << "a line end is nowhere";
 
     EnsureStringPath(effects, settings, string);
     EXPECT_EQ(string.PathObject.get(), bound) << "nothing changed";

@@ -2,8 +2,11 @@
 // a string at (0, 0) drawn without a leading: its character stands at y = 8, and its box 16 below.
 #include "render/frame_renderer.h"
 
+#include <utility>
+
 #include <gtest/gtest.h>
 
+#include "render/border.h"
 #include "render/pixel.h"
 #include "render/rect.h"
 #include "support/fake_platform.h"
@@ -51,9 +54,9 @@ struct FrameRendererTest : testing::Test {
                std::to_string(r.bottom);
     }
     void SetEffect(const char* name, float progress) {
-        owner.ChangeDefaultString([&](StringSpec& spec) {
-            SetText(spec.PathID, name);
-            spec.PathProgress = progress;
+        owner.ChangeDefaultString([&](StringSpec& string) {
+            SetText(string.PathID, name);
+            string.PathProgress = progress;
         });
     }
     TestTitle owner;
@@ -150,8 +153,13 @@ TEST_F(FrameRendererTest, AFrameAtRestIsKept) {
     EXPECT_EQ(Ink(Frame()), "10,26-66,58");
     owner.ChangeSettings([](TitleRenderSettings& s) { s.ClipRect.right = 50; });
     EXPECT_EQ(Ink(Frame()), "10,26-50,58");
+    owner.Title.ClearString(0);
+    EXPECT_EQ(Ink(Frame()), "0,0-0,0");
+    owner.Title.InsertText(0, 0, u"c");
+    EXPECT_EQ(Ink(Frame()), "10,26-34,58");
+    owner.String().GlyphLayersList[0].FreePixels();
     owner.Title.AddString();
-    EXPECT_EQ(Ink(Frame()), "10,26-50,58") << "a new string ends it";
+    EXPECT_EQ(Ink(Frame()), "0,0-0,0") << "a new string ends it";
 }
 
 TEST_F(FrameRendererTest, TheKeptFrameOfSeveralStringsHoldsTheLast) {
@@ -175,7 +183,6 @@ TEST_F(FrameRendererTest, PlanesAreCleanForEveryFrame) {
     for (const float progress : {0.9F, 0.4F, 0.0F, 0.6F}) {
         owner.String().PathProgress = progress;
         const Pixels frame = Frame();
-        TestTitle fresh;
         EXPECT_EQ(AlphaOf(At(frame, 20, 40)), 254U * (static_cast<uint32_t>(progress * 255) + 1) >> 8U) << progress;
     }
     // What a string showed before it moved is gone.
@@ -187,13 +194,36 @@ TEST_F(FrameRendererTest, PlanesAreCleanForEveryFrame) {
     owner.String().Left = 12;
     owner.String().PathChanged = 1;
     EXPECT_EQ(Ink(Frame()), "12,26-36,58");
+    owner.ChangeSettings([](TitleRenderSettings& s) {
+        s.Width = s.Height = 16;
+        s.ClipRect = {16, 16, 32, 32};
+    });
+    Frame();
+    EXPECT_TRUE(IsEmpty(owner.String().DrawnRect)) << "the new, smaller planes hold nothing of the old rectangle";
+}
+
+TEST_F(FrameRendererTest, AFrameThatBrokeOffLeavesNothing) {
+    const FontSpec tall = Font(u"Tall"), narrow = Font(u"Narrow");
+    SetEffect("PATH_FADE", 0.5F);
+    owner.Title.SetDefaultFont(&tall);
+    owner.Add(u"a", 10, 2);
+    owner.Title.SetDefaultFont(&narrow);
+    owner.Title.InsertText(0, 1, u"b");
+    owner.ChangeSettings([](TitleRenderSettings& s) { s.GlyphCacheEnabled = 0; });
+    const Pixels whole = Frame();
+    auto& families = owner.Platform.FontsOfBoxes.Families;
+    auto kept = std::exchange(families, {{u"Tall", families.at(u"Tall")}});  // 'b' throws, when 'a' is drawn
+    Pixels broken(kWidth * kHeight);
+    EXPECT_EQ(owner.Title.RenderFrame(broken.data(), 0), kTitleFailure);
+    families = std::move(kept);
+    EXPECT_EQ(Frame(), whole);
 }
 
 TEST_F(FrameRendererTest, FreshLayersAreTheCachedOnes) {
     const MetaBorder border{
         .Enable = 1, .Size = 3, .Color1 = 255, .Color2 = 99, .GradType = 5, .Alpha = 200, .BlurRadius = 2};
     owner.Title.SetDefaultBorder(&border);
-    owner.ChangeDefaultString([](StringSpec& spec) { spec.RotateDegree = 20; });
+    owner.ChangeDefaultString([](StringSpec& string) { string.RotateDegree = 20; });
     owner.Add(u"a\u4e00", 30.5F, 2.25F);
     const Pixels cached = Frame();
     owner.ChangeSettings([](TitleRenderSettings& s) {
@@ -206,7 +236,7 @@ TEST_F(FrameRendererTest, FreshLayersAreTheCachedOnes) {
 }
 
 TEST_F(FrameRendererTest, RotatesAboutTheStringsCorner) {
-    owner.ChangeDefaultString([](StringSpec& spec) { spec.RotateDegree = 90; });
+    owner.ChangeDefaultString([](StringSpec& string) { string.RotateDegree = 90; });
     owner.Add(u"a", 80, 10);
     // Turned clockwise about (80, 10): the box, from (0, 24) to (24, 56) of the string, lies from 24 to 56 to the left
     // of the corner and from 0 to 24 below it. The turned coordinates are whole but for rounding, hence a pixel of
@@ -260,22 +290,39 @@ TEST_F(FrameRendererTest, SettingsReleaseWhatTheyInvalidate) {
     Frame();
     owner.ChangeSettings([](TitleRenderSettings& s) { s.MaxThreads = 4; });
     EXPECT_EQ(owner.Platform.Memory.Alive, 1);
-    owner.ChangeSettings([](TitleRenderSettings& s) { s.PixelFormat = 1; });
-    EXPECT_EQ(owner.Platform.Memory.Alive, 0);
+    using S = TitleRenderSettings;
+    for (const auto change :
+         {+[](S& s) { --s.AntialiasMode; }, +[](S& s) { --s.PixelFormat; }, +[](S& s) { --s.Width; },
+          +[](S& s) { --s.Height; }, +[](S& s) { s.ScaleX /= 2; }, +[](S& s) { s.ScaleY /= 2; }}) {
+        Frame();
+        owner.ChangeSettings(change);
+        EXPECT_EQ(owner.Platform.Memory.Alive, 0);
+    }
     EXPECT_EQ(owner.String().GlyphLayersList[0].DirtyMask, 0) << "glyph layers are the host's to flush";
     Frame();
+    std::shared_ptr<const BorderKernel> before, after;
+    SharedBorder().GetKernel(&before, 2, 2);
     owner.Title.FlushRenderCaches();
+    SharedBorder().GetKernel(&after, 2, 2);
+    EXPECT_NE(before, after);
     EXPECT_EQ(owner.Platform.Memory.Alive, 0);
     EXPECT_EQ(owner.String().GlyphLayersList[0].DirtyMask, kAllLayersDirty);
     EXPECT_EQ(owner.String().PathObject, nullptr);
-    EXPECT_EQ(Ink(Frame()), "10,26-34,58");
+    for (const auto change : {+[](S& s) { --s.PostFilter; }, +[](S& s) { --s.DestinationAlpha; }}) {
+        owner.Title.FlushRenderCaches();
+        Frame();
+        owner.String().GlyphLayersList[0].FreePixels();  // whoever draws again draws nothing
+        owner.ChangeSettings(change);
+        EXPECT_EQ(Frame(0, 0xFF000000), Pixels(kWidth * kHeight, 0xFF000000)) << "the kept frame is gone";
+    }
 }
 
 TEST_F(FrameRendererTest, LineEndsAreNotDrawn) {
-    owner.ChangeSettings([](TitleRenderSettings& s) { s.Height = s.ClipRect.bottom = kHeight; });
-    owner.Platform.FontsOfBoxes.Families[u"Box"].Last = 0x024F;
+    owner.Platform.FontsOfBoxes.Families[u"Box"].HasControlShapes = true;
     owner.Add(u"\r\n", 10, 2);
     EXPECT_EQ(Ink(Frame()), "0,0-0,0");
+    owner.Title.DeleteText(0, 0, 1);
+    EXPECT_EQ(Ink(Frame()), "10,26-34,58") << "a lone one is";
 }
 
 }  // namespace

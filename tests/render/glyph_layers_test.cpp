@@ -138,23 +138,31 @@ TEST_F(GlyphLayersTest, PositionsAndSizes) {
                             .OffsetY = 4,
                             .Height = 0};
     owner.Title.SetDefaultShadow(&shadow);
+    const CharSpacing wide{.WidthScale = 1.5F, .Spacing = 0};
+    owner.Title.SetDefaultCharSpacing(&wide);
     owner.Add(u"a");
+    owner.ChangeSettings([](TitleRenderSettings& s) {
+        s.ScaleX = 2;
+        s.ScaleY = 0.5F;
+    });
     GlyphLayers layers;
-    ASSERT_EQ(Build(layers), 1);
+    ASSERT_EQ(Build(layers, {1.5F, 1, 0}), 1);
     EXPECT_EQ(layers.DirtyMask, 0);
-    // The box is 24 by 32 on the baseline, which lies the ascent of 48 below the character: its top at 16.
-    EXPECT_EQ(layers.Face.Width, 24);
-    EXPECT_EQ(layers.Face.Height, 32);
+    // The box is 24 * 2 * 1.5 by 32 / 2 on the baseline, which lies the ascent of 48 / 2 below the character: its top
+    // at 8.
+    EXPECT_EQ(layers.Face.Width, 72);
+    EXPECT_EQ(layers.Face.Height, 16);
     EXPECT_EQ(layers.Face.X, 0);
-    EXPECT_EQ(layers.Face.Y, 16);
-    // A radius of 8.00001 reaches 9 pixels.
-    EXPECT_EQ(layers.Border.Width, 42);
-    EXPECT_EQ(layers.Border.X, -9);
-    EXPECT_EQ(layers.Border.Y, 7);
-    EXPECT_EQ(layers.Shadow.Width, 42);
-    EXPECT_EQ(layers.Shadow.X, -6);
-    EXPECT_EQ(layers.Shadow.Y, 11);
-    EXPECT_EQ(AlphaOf(layers.Border.Pixels[static_cast<size_t>(25 * 42 + 20)]), 0U) << "the ring is hollow";
+    EXPECT_EQ(layers.Face.Y, 8);
+    // Radii of 8 * 2 * 1.5 + 0.00001 and 8 / 2 + 0.00001 reach 25 and 5 pixels.
+    EXPECT_EQ(layers.Border.Width, 122);
+    EXPECT_EQ(layers.Border.Height, 26);
+    EXPECT_EQ(layers.Border.X, -25);
+    EXPECT_EQ(layers.Border.Y, 3);
+    EXPECT_EQ(layers.Shadow.Width, 122);
+    EXPECT_EQ(layers.Shadow.X, -19);  // 3 * 2 to the right
+    EXPECT_EQ(layers.Shadow.Y, 5);    // 4 / 2 down
+    EXPECT_EQ(AlphaOf(layers.Border.Pixels[13 * 122 + 61]), 0U) << "the ring is hollow";
 }
 
 TEST_F(GlyphLayersTest, OnlyDirtyLayersAreBuilt) {
@@ -187,7 +195,7 @@ TEST_F(GlyphLayersTest, OnlyDirtyLayersAreBuilt) {
 }
 
 TEST_F(GlyphLayersTest, TheOffsetTurnsWithTheStringAlone) {
-    owner.ChangeDefaultString([](StringSpec& spec) { spec.RotateDegree = 90; });
+    owner.ChangeDefaultString([](StringSpec& string) { string.RotateDegree = 90; });
     owner.Add(u"a");
     GlyphLayers layers;
     Build(layers, {1, 1, 90});

@@ -73,10 +73,10 @@ TEST_F(GoldenFramesTest, ExtrudedShadow) {
 }
 
 TEST_F(GoldenFramesTest, RotatedAndFaded) {
-    owner.ChangeDefaultString([](StringSpec& spec) {
-        spec.RotateDegree = 25;
-        SetText(spec.PathID, "PATH_FADE");
-        spec.PathProgress = 0.6F;
+    owner.ChangeDefaultString([](StringSpec& string) {
+        string.RotateDegree = 25;
+        SetText(string.PathID, "PATH_FADE");
+        string.PathProgress = 0.6F;
     });
     SetFace(kRed, kGold, 3);
     SetBorder(4, kWhite);
@@ -85,7 +85,7 @@ TEST_F(GoldenFramesTest, RotatedAndFaded) {
 }
 
 TEST_F(GoldenFramesTest, VerticalColumnsInYuv) {
-    owner.ChangeDefaultString([](StringSpec& spec) { spec.Vertical = 1; });
+    owner.ChangeDefaultString([](StringSpec& string) { string.Vertical = 1; });
     owner.ChangeSettings([](TitleRenderSettings& s) { s.PixelFormat = 1; });
     const FontSpec font = Font(u"Box", 32);
     owner.Title.SetDefaultFont(&font);

@@ -118,6 +118,15 @@ TEST_F(LayersTest, BlurNeedsAMargin) {
     GlyphBitmap same{};
     BuildFaceLayer(settings, same, Solid(4, 4), face);
     EXPECT_EQ(same.Width, 8);
+
+    const auto blurred = [&](int32_t mode) {
+        render.AntialiasMode = mode;
+        BuildFaceLayer(settings, same, Solid(4, 4), face);
+        return std::vector(same.Pixels.get(), same.Pixels.get() + same.PixelCount());
+    };
+    EXPECT_EQ(blurred(0), blurred(1));
+    EXPECT_NE(blurred(1), blurred(2)) << "low grades have the quick blur";
+    for (const int32_t mode : {-1, 3, 4}) EXPECT_EQ(blurred(mode), blurred(2)) << mode;
 }
 
 TEST_F(LayersTest, GradientsFillTheWholeLayer) {
@@ -130,6 +139,10 @@ TEST_F(LayersTest, GradientsFillTheWholeLayer) {
     EXPECT_EQ(layer.Pixels[0], 0xFFFF0000U);
     EXPECT_EQ(layer.Pixels[7], 0xFF00FF00U);
     EXPECT_EQ(layer.Pixels[4] & kColorMask, 0x7F7F00U) << "transparent pixels too";
+    face.Color2 = face.Color1 | 0x01000000;  // equal but for the top byte: a gradient of one colour
+    layer = {};
+    BuildFaceLayer(settings, layer, mask, face);
+    EXPECT_EQ(layer.Pixels[4], 0x00FF0000U);
     MetaBorder border{.Enable = 1, .Size = -1, .Color1 = 0, .Color2 = 0, .GradType = 0, .Alpha = 255, .BlurRadius = 0};
     GlyphBitmap none{};
     EXPECT_EQ(BuildBorderLayer(settings, none, mask, border), 1);
@@ -167,22 +180,37 @@ TEST_F(LayersTest, OffsetsMoveShadowsOrStretchThem) {
     const struct {
         float dx, dy, x, y;
         const char* alphas;
+        int32_t blur = 0;  // 1: a margin of 1, yet too small a radius to soften anything
     } cases[] = {
         {3, 0, 10, 20, ".###"},  // from one step away to the offset
-        {-3, 0, 7, 20, "###."},         {0, 2, 10, 20, "./#/#"},
-        {0, -2, 10, 18, "#/#/."},       {2, 2, 10, 20, ".../.#./..#"},
-        {-2, -2, 8, 18, "#../.#./..."}, {4, 2, 10, 20, ".#.../..##./....#"},  // rows t / 2, cut: 0, 1, 1, 2
-        {0.5F, 0.9F, 10, 20, "."},                                            // below a step in both: nothing lands
-        {2.5F, 0, 10, 20, ".##"},       {0, 0, 10, 20, "#"},
+        {-3, 0, 7, 20, "###."},
+        {0, 2, 10, 20, "./#/#"},
+        {0, -2, 10, 18, "#/#/."},
+        {2, 2, 10, 20, ".../.#./..#"},
+        {-2, -2, 8, 18, "#../.#./..."},
+        {4, 2, 10, 20, ".#.../..##./....#"},  // rows t / 2, cut: 0, 1, 1, 2
+        {0.5F, 0.9F, 10, 20, "."},            // below a step in both: nothing lands
+        {2.5F, 0, 10, 20, ".##"},
+        {0, 0, 10, 20, "#"},
+        {2.5F, -2.5F, 10, 17.5F,
+         ".##/.../..."},  // down or up before across: y 3 - 2.5 - 1 and 3 - 1.5 - 1, both cut to 0
+        {-2, 0, 7, 19, "...../.##../.....", 1},
+        {0, -2, 9, 17, ".../.#./.#./.../...", 1},
+        {-2, -2, 7, 17, "...../.#.../..#../...../.....", 1},
+        {-2.5F, 0, 6.5F, 19, "...../##.../.....", 1},  // columns 5 - 2.5 - 1 - 1 and 1.5, cut
     };
+    settings.SizeRatio = 1e-5F;
     for (const auto& c : cases) {
         shadow.OffsetX = c.dx;
         shadow.OffsetY = c.dy;
+        shadow.BlurRadius = c.blur;
         layer = Shadow(Solid(1, 1), shadow);
         EXPECT_EQ(layer.X, c.x) << c.dx << ' ' << c.dy;
         EXPECT_EQ(layer.Y, c.y) << c.dx << ' ' << c.dy;
         EXPECT_EQ(Alphas(layer), c.alphas) << c.dx << ' ' << c.dy;
     }
+    EXPECT_EQ(layer.Pixels[5], 0xFF000000U) << "the margin has no colour";
+    EXPECT_EQ(layer.Pixels[6], 0xFF112233U);
     shadow.OffsetX = 1e9F;
     GlyphBitmap huge{};
     EXPECT_EQ(BuildShadowLayer(settings, huge, Solid(1, 1), *MakeBorderMasks(Solid(1, 1), 0, 0), shadow), 0);

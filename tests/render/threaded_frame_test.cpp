@@ -47,9 +47,9 @@ public:
             .Enable = 1, .Size = 4, .Color1 = 255, .Color2 = 0xFF00, .GradType = 4, .Alpha = 200, .BlurRadius = 3};
         owner_.Title.SetDefaultBorder(&border);
         for (int32_t i = 0; i < 3; ++i) {
-            owner_.ChangeDefaultString([&](StringSpec& spec) {
-                spec.WidthLimit = 100;
-                spec.RotateDegree = static_cast<float>(i * 8);
+            owner_.ChangeDefaultString([&](StringSpec& string) {
+                string.WidthLimit = 100;
+                string.RotateDegree = static_cast<float>(i * 8);
             });
             owner_.Add(u"abcdefgh ijk\r\nl\u4e00m", static_cast<float>(i * 9), static_cast<float>(i * 13) - 6.5F);
         }

@@ -177,19 +177,19 @@ TestTitle::TestTitle(FakePlatformOptions options) : Platform(options) {
     Title.SetDefaultFont(&font);
     Title.SetDefaultBorder(&border);
     Title.SetDefaultShadow(&shadow);
-    ChangeDefaultString([](StringSpec& spec) { spec.Left = spec.Top = 0; });
+    ChangeDefaultString([](StringSpec& string) { string.Left = string.Top = 0; });
 }
 
 StringSpec TestTitle::DefaultString() {
-    StringSpec spec{};
-    Title.GetStringSettings(-1, &spec);
-    return spec;
+    StringSpec string{};
+    Title.GetStringSettings(-1, &string);
+    return string;
 }
 
 int32_t TestTitle::Add(std::u16string_view text, float left, float top) {
-    ChangeDefaultString([&](StringSpec& spec) {
-        spec.Left = left;
-        spec.Top = top;
+    ChangeDefaultString([&](StringSpec& string) {
+        string.Left = left;
+        string.Top = top;
     });
     const int32_t index = Title.AddString();
     Title.InsertText(index, 0, std::u16string(text).c_str());

@@ -95,9 +95,9 @@ struct TestTitle {
     /// Sets fields of the default string, paragraph or render settings.
     template <class Change>
     void ChangeDefaultString(Change change) {
-        StringSpec spec = DefaultString();
-        change(spec);
-        Title.SetDefaultString(&spec);
+        StringSpec string = DefaultString();
+        change(string);
+        Title.SetDefaultString(&string);
     }
     template <class Change>
     void ChangeSettings(Change change) {

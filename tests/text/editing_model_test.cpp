@@ -70,15 +70,15 @@ public:
 
 private:
     void Prepare(TestTitle& title) const {
-        title.ChangeDefaultString([&](StringSpec& spec) {
-            spec.Vertical = script_.Vertical;
-            if (script_.LimitInCharacters > 0) spec.WidthLimit = script_.LimitInCharacters * 32;
+        title.ChangeDefaultString([&](StringSpec& string) {
+            string.Vertical = script_.Vertical;
+            if (script_.LimitInCharacters > 0) string.WidthLimit = script_.LimitInCharacters * 32;
         });
     }
     static void Use(TestTitle& title, int32_t font, uint32_t align) {
-        FontSpec spec = Font(kFaces[font]);
-        if (kFaces[font] == u"Signs") spec.CharSet = kSymbolCharSet;
-        title.Title.SetDefaultFont(&spec);
+        FontSpec string = Font(kFaces[font]);
+        if (kFaces[font] == u"Signs") string.CharSet = kSymbolCharSet;
+        title.Title.SetDefaultFont(&string);
         const MetaFace face{.Enable = 1, .Color1 = 0, .Color2 = 0, .GradType = font, .Alpha = 255, .BlurRadius = 0};
         title.Title.SetDefaultFace(&face);
         const ParagraphSpec paragraph{
