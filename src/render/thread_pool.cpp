@@ -130,27 +130,17 @@ struct CThreadPool::State {
         return ThreadCount > 0;
     }
 
-    /// After a job: the next one, or rest.
-    void Recycle(const std::shared_ptr<WorkerRecord>& worker, int32_t result) {
+    /// After a job: the next one, or rest, or the end for a worker that was sent home. Decided under one lock, so that
+    /// no worker is sent home and counted off after it went to rest. True when it goes on.
+    bool FinishJob(const std::shared_ptr<WorkerRecord>& worker, int32_t result) {
         const std::lock_guard lock(Mutex);
-        const std::shared_ptr<JobRecord> done = std::exchange(worker->Job, nullptr);
-        worker->State = WorkerRecord::Phase::kWaiting;
-        if (!Waiting.empty()) {
-            Give(worker, Waiting.back());
-            Waiting.pop_back();
-        } else if (Take(Busy, worker)) {
-            Idle.push_back(worker);
+        if (const std::shared_ptr<JobRecord> done = std::exchange(worker->Job, nullptr)) done->Finish(result);
+        if (worker->IsRetiring) {
+            RetireWorker(worker);
+        } else {
+            RecycleWorker(worker);
         }
-        if (done) done->Finish(result);
-    }
-
-    /// The end of a worker that the limit or ClearIdleThreads has sent home.
-    void Retire(const std::shared_ptr<WorkerRecord>& worker, int32_t result) {
-        const std::lock_guard lock(Mutex);
-        if (Take(Busy, worker) || Take(Idle, worker)) Retired.push_back(worker);
-        if (worker->Job) worker->Job->Finish(result);
-        worker->Job = nullptr;
-        worker->State = WorkerRecord::Phase::kEnded;
+        return !worker->IsRetiring;
     }
 
     /// True when the worker is to go on with what it was given.
@@ -161,17 +151,11 @@ struct CThreadPool::State {
     }
 
     static void WorkerLoop(const std::shared_ptr<State>& pool, const std::shared_ptr<WorkerRecord>& worker) {
-        for (bool isRetiring = false; !isRetiring;) {
+        for (bool goesOn = true; goesOn;) {
             worker->Wake.Wait();
             if (!pool->Resume(*worker)) break;
             const std::shared_ptr<JobRecord> job = pool->JobOf(*worker);
-            const int32_t result = job ? job->Function(job->Argument) : 0;
-            isRetiring = pool->IsRetiring(*worker);
-            if (isRetiring) {
-                pool->Retire(worker, result);
-            } else {
-                pool->Recycle(worker, result);
-            }
+            goesOn = pool->FinishJob(worker, job ? job->Function(job->Argument) : 0);
         }
         worker->Ended.Signal();
     }
@@ -189,9 +173,18 @@ private:
         const std::lock_guard lock(Mutex);
         return worker.Job;
     }
-    bool IsRetiring(const WorkerRecord& worker) {
-        const std::lock_guard lock(Mutex);
-        return worker.IsRetiring;
+    void RecycleWorker(const std::shared_ptr<WorkerRecord>& worker) {
+        worker->State = WorkerRecord::Phase::kWaiting;
+        if (!Waiting.empty()) {
+            Give(worker, Waiting.back());
+            Waiting.pop_back();
+        } else if (Take(Busy, worker)) {
+            Idle.push_back(worker);
+        }
+    }
+    void RetireWorker(const std::shared_ptr<WorkerRecord>& worker) {
+        if (Take(Busy, worker) || Take(Idle, worker)) Retired.push_back(worker);
+        worker->State = WorkerRecord::Phase::kEnded;
     }
 };
 
