@@ -69,7 +69,7 @@ public:
     void Write(std::string_view message) override { Messages.emplace_back(message); }
     uint32_t Milliseconds() override { return 4711; }
     int32_t ProcessorCount() override { return options_.Processors; }
-    std::unique_ptr<Module> LoadBesideLibrary(std::string_view) override { return nullptr; }
+    std::unique_ptr<Module> LoadBesideLibrary(std::string_view /*stem*/) override { return nullptr; }
 
     FakeFonts FontsOfBoxes;
     FakePages Memory;
