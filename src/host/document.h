@@ -23,6 +23,9 @@ namespace captionfx {
 /// The height at which every font is realised. A font's size lives in MetaFont::SizeRatio alone.
 inline constexpr uint32_t kEmSize = 2048;
 
+/// Below this code unit vertical text lays characters on their side.
+inline constexpr char16_t kFirstUprightCharacter = 128;
+
 inline constexpr size_t kNameLength = 260;  // of effect names and file names, the terminating zero included
 
 /// Text of a fixed field. A host may fill a field to its last unit, without a terminating zero.

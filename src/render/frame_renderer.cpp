@@ -16,13 +16,6 @@ bool AllAtRest(const std::vector<MetaString>& strings) {
     return std::ranges::all_of(strings, [](const MetaString& string) { return string.PathProgress == 1.0F; });
 }
 
-/// Whether no character lacks layers for want of memory: such a frame must not be kept.
-bool AllLayersBuilt(const std::vector<MetaString>& strings) {
-    return std::ranges::all_of(strings, [](const MetaString& string) {
-        return std::ranges::all_of(string.GlyphLayersList, [](const GlyphLayers& l) { return l.DirtyMask == 0; });
-    });
-}
-
 /// One frame. The steps stand in the order in which they run.
 class Frame {
 public:
@@ -58,7 +51,7 @@ public:
         CompositeOnto(title_.Cache.FrameDirtyRect, [&](const TitleRect& band) {
             for (const MetaString& string : title_.Strings) Composite(ImageOf(string), band, IsStraight(string));
         });
-        if (AllAtRest(title_.Strings) && AllLayersBuilt(title_.Strings)) SaveFrame(title_.Strings.back());
+        if (AllAtRest(title_.Strings) && !title_.Cache.HasLostLayers) SaveFrame(title_.Strings.back());
     }
 
 private:
@@ -170,6 +163,7 @@ bool HasSize(const TitleRenderSettings& settings) {
 
 int32_t RenderFrame(const FrameTitle& title, uint32_t* destination, float time) {
     title.Cache.FrameDirtyRect = {};
+    title.Cache.HasLostLayers = false;
     if (destination == nullptr) return kTitleInvalidArgument;
     for (MetaString& string : title.Strings) {
         if (string.StringPlanes.Block || !HasSize(title.Settings)) continue;

@@ -1,6 +1,7 @@
 // What a frame reads and writes of its title.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <vector>
 
@@ -19,6 +20,8 @@ struct FrameCache {
     TitleRect FrameDirtyRect{};  ///< Touched by the last frame.
     TitleRect SavedDirtyRect{};  ///< Where SavedFrame has content.
     bool SavedFrameValid = false;
+    std::atomic<bool> HasLostLayers{
+        false};  ///< In this frame memory was too short for a character: it must not be kept.
     std::unique_ptr<uint32_t[]> SavedFrame;  ///< The last string of a frame at rest, colour multiplied by alpha.
 
     void FreeSavedFrame() {

@@ -8,7 +8,6 @@
 namespace captionfx {
 namespace {
 
-constexpr char16_t kFirstUprightCharacter = 128;
 constexpr float kLaidOnItsSideDeg = 270.0F;
 
 GlyphFormat FormatOf(int32_t antialiasMode) {

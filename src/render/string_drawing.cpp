@@ -22,8 +22,12 @@ struct GlyphBuildJob {
     GlyphTransform Transform;
 };
 
+/// Builds, and notes a character that only memory was missing for: one without a shape comes out clean, one of a scale
+/// that is not above 0 was never to be seen.
 void Build(const FrameTitle& title, const GlyphBuildJob& job) {
     BuildGlyphLayers(title.Glyphs(), title.Ops, *job.String, job.Character, *job.Layers, job.Transform);
+    const bool isBuildable = job.Transform.ScaleX > 0 && job.Transform.ScaleY > 0;
+    if (isBuildable && job.Layers->DirtyMask != 0) title.Cache.HasLostLayers = true;
 }
 
 void BuildAll(const FrameTitle& title, const std::vector<GlyphBuildJob>& jobs) {

@@ -12,8 +12,6 @@
 namespace captionfx {
 namespace {
 
-constexpr char16_t kFirstUprightCharacter = 128;  // below it, vertical text lays characters on their side
-
 /// The fonts of a text under the default font. Empty when no font-link session can be had.
 std::vector<MetaFont> LinkFonts(PlatformServices& services, const FontSpec& request, std::u16string_view text) {
     const std::unique_ptr<FontLink> link = services.CreateFontLink();

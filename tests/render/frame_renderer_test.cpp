@@ -177,6 +177,21 @@ TEST_F(FrameRendererTest, TheKeptFrameOfSeveralStringsHoldsTheLast) {
     EXPECT_EQ(Ink(Frame()), "50,26-74,58");
 }
 
+TEST_F(FrameRendererTest, CharactersThatAreNeverSeenDoNotKeepAFrameFromBeingKept) {
+    for (const float stretch : {0.0F, -1.0F}) {
+        owner.Title.RemoveAllStrings();
+        const CharSpacing flat{.WidthScale = stretch, .Spacing = 0}, usual{.WidthScale = 1, .Spacing = 0};
+        owner.Title.SetDefaultCharSpacing(&usual);
+        owner.Add(u"a", 10, 2);
+        owner.Title.SetDefaultCharSpacing(&flat);
+        owner.Title.InsertText(0, 1, u"x");
+        owner.Title.SetDefaultCharSpacing(&usual);
+        owner.Add(u"b", 50, 2);
+        EXPECT_EQ(Ink(Frame()), "10,26-74,58") << stretch;
+        EXPECT_EQ(Ink(Frame()), "50,26-74,58") << stretch;
+    }
+}
+
 TEST_F(FrameRendererTest, PlanesAreCleanForEveryFrame) {
     owner.Add(u"a", 10, 2);
     SetText(owner.String().PathID, "PATH_FADE");

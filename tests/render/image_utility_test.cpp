@@ -103,28 +103,5 @@ TEST(ImageUtilityTest, PlaneFilterIsAVerticalLowpassWithinItsRectangle) {
     EXPECT_EQ(flat, std::vector<uint32_t>(4, 0xFF204060)) << "edge rows repeat";
 }
 
-TEST(ImageUtilityTest, AHostsModuleServesWhereThereIsOne) {
-    struct OwnModule final : Module {
-        void* Find(const char* name) const override {
-            if (std::string_view(name) == "GetImageUtility") {
-                return reinterpret_cast<void*>(+[]() -> ImageUtilityOps* { return &BuiltInImageUtility(); });
-            }
-            return nullptr;
-        }
-    };
-    struct Loader final : ModuleLoader {
-        std::unique_ptr<Module> LoadBesideLibrary(std::string_view stem) override {
-            asked = stem;
-            return hasModule ? std::make_unique<OwnModule>() : nullptr;
-        }
-        std::string asked;
-        bool hasModule = false;
-    } loader;
-    EXPECT_EQ(&ImageUtility(loader).Ops(), &BuiltInImageUtility());
-    EXPECT_EQ(loader.asked, "ImageUtility");
-    loader.hasModule = true;
-    EXPECT_EQ(&ImageUtility(loader).Ops(), &BuiltInImageUtility());
-}
-
 }  // namespace
 }  // namespace captionfx::test
