@@ -1,4 +1,4 @@
-// Frames and caches of a title, and the operations of its XML.
+// Frames and caches of a title.
 #include "host/guarded.h"
 #include "host/title_object.h"
 #include "render/frame_renderer.h"
@@ -31,26 +31,6 @@ int32_t CCaptionFx::GetFrameDirtyRect(TitleRect* rect) noexcept {
 int32_t CCaptionFx::FlushRenderCaches() noexcept {
     captionfx::FlushRenderCaches(Frame());
     return kTitleOk;
-}
-
-// Titles have no XML form yet.
-int32_t CCaptionFx::LoadFromBuffer(const char16_t* /*xml*/) noexcept {
-    return kTitleFailure;
-}
-int32_t CCaptionFx::SaveToBuffer(char16_t* /*buffer*/, uint32_t* /*sizeInBytes*/) noexcept {
-    return kTitleFailure;
-}
-int32_t CCaptionFx::LoadFromFile(const char16_t* /*path*/) noexcept {
-    return kTitleFailure;
-}
-int32_t CCaptionFx::SaveToFile(const char16_t* /*path*/) noexcept {
-    return kTitleFailure;
-}
-int32_t CCaptionFx::LoadFromNode(void* /*element*/) noexcept {
-    return kTitleFailure;
-}
-int32_t CCaptionFx::SaveToNode(void* /*element*/) noexcept {
-    return kTitleFailure;
 }
 
 }  // namespace captionfx

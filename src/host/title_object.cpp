@@ -14,16 +14,6 @@
 #include "text/insert_text.h"
 
 namespace captionfx {
-namespace {
-
-/// Sine and cosine of the string's rotation, for the frames to come.
-void SetRotation(MetaString& string) {
-    const float radians = -string.RotateDegree * kPi / 180;
-    string.RotateSin = SinF(radians);
-    string.RotateCos = CosF(radians);
-}
-
-}  // namespace
 
 CCaptionFx::CCaptionFx(PlatformServices& services)
     : services_(services),
@@ -46,14 +36,20 @@ MetaString* CCaptionFx::FindWith(int32_t string, int32_t character) {
     return found != nullptr && IsIndexOf(found->Characters, character) ? found : nullptr;
 }
 
+void CCaptionFx::SetPlace(MetaString& string) const {
+    const float radians = -string.RotateDegree * kPi / 180;
+    string.RotateSin = SinF(radians);
+    string.RotateCos = CosF(radians);
+    const TitleRectF rect = StringRect(string, ScaleOf(settings_));
+    string.OriginX = rect.x;
+    string.OriginY = rect.y;
+}
+
 int32_t CCaptionFx::AddString() noexcept {
     return Guarded([&] {
         MetaString string;
         CopyStringSettings(string, defaults_.DefaultString);
-        SetRotation(string);
-        const TitleRectF rect = StringRect(string, ScaleOf(settings_));
-        string.OriginX = rect.x;
-        string.OriginY = rect.y;
+        SetPlace(string);
         LayoutString(services_.Fonts(), defaults_.DefaultFont, string);
         strings_.push_back(std::move(string));
         cache_.SavedFrameValid = false;

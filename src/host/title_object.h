@@ -73,6 +73,13 @@ private:
     /// The string that holds a character, or null.
     [[nodiscard]] MetaString* FindWith(int32_t string, int32_t character);
     [[nodiscard]] FrameTitle Frame();
+    /// Works out what frames need of a string's position and rotation, with the scale of this moment.
+    void SetPlace(MetaString& string) const;
+    /// Replaces the strings by those that `read` gives; none when it fails.
+    template <class Read>
+    int32_t Load(Read read);
+    /// Makes strings as a file holds them fit to be drawn and edited here.
+    [[nodiscard]] int32_t FitLoaded(std::vector<MetaString>& strings);
 
     PlatformServices& services_;
     TitleDefaults defaults_;

@@ -13,8 +13,11 @@ namespace {
 /// insertion cuts leaves its record to the next pair.
 class Reflow {
 public:
-    Reflow(MetaString& string, int32_t first, bool vertical)
-        : string_(string), vertical_(vertical), line_(At(string.Characters, first).LineIndex) {
+    Reflow(MetaString& string, int32_t first, bool vertical, std::span<const float> formerAdvances = {})
+        : string_(string),
+          vertical_(vertical),
+          formerAdvances_(formerAdvances),
+          line_(At(string.Characters, first).LineIndex) {
         for (const MetaLine& line : string.Lines) paragraphBefore_.push_back(line.ParagraphIndex);
         if (first > 0) previousParagraphBefore_ = ParagraphBefore(first - 1);
         // An LF that opens a paragraph is placed from the line of its CR.
@@ -30,7 +33,7 @@ public:
         previousParagraphBefore_ = paragraphBefore;
         if (IsPairedLF(string_.Characters, i)) {
             OpenParagraph(i, openedBefore);
-        } else if (run_ <= 0 || run_ + Advance(i) <= LineLimit(string_, paragraphs_.back())) {
+        } else if (run_ <= 0 || Fits(i)) {
             Stay(i);
         } else {
             Wrap(i);
@@ -48,6 +51,13 @@ private:
     [[nodiscard]] float Advance(int32_t i) const { return AdvanceOf(string_.Characters, i, vertical_); }
     [[nodiscard]] int32_t ParagraphBefore(int32_t i) const {
         return At(paragraphBefore_, At(string_.Characters, i).LineIndex);
+    }
+
+    /// Whether a character still fits on the line. One that changed last stood behind a line of changed characters with
+    /// its former extent first; where it had to wrap then, it stayed.
+    [[nodiscard]] bool Fits(int32_t i) const {
+        const float limit = LineLimit(string_, paragraphs_.back());
+        return run_ + Advance(i) <= limit && (formerAdvances_.empty() || run_ + At(formerAdvances_, i) <= limit);
     }
 
     void OpenParagraph(int32_t i, bool openedBefore) {
@@ -87,6 +97,7 @@ private:
 
     MetaString& string_;
     bool vertical_;
+    std::span<const float> formerAdvances_;
     int32_t line_;
     float run_ = 0;                          // advance of the line so far, document units
     std::vector<MetaParagraph> paragraphs_;  // as they will be, up to the one that is open
@@ -118,6 +129,12 @@ int32_t ReflowLines(MetaString& string, int32_t first, int32_t count, bool verti
     for (int32_t i = first; i < length; ++i) reflow.Place(i);
     reflow.Finish();
     return 1;
+}
+
+void ReflowChanged(MetaString& string, std::span<const float> formerAdvances, bool vertical) {
+    Reflow reflow(string, 0, vertical, formerAdvances);
+    for (int32_t i = 0; i < CountOf(string.Characters); ++i) reflow.Place(i);
+    reflow.Finish();
 }
 
 }  // namespace captionfx

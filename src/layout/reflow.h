@@ -1,6 +1,8 @@
 // Reflow: which character belongs to which line and paragraph. Wrapping is by character; only CR LF opens a paragraph.
 #pragma once
 
+#include <span>
+
 #include "host/document.h"
 
 namespace captionfx {
@@ -17,5 +19,9 @@ int32_t InsertParagraphRecord(MetaString& string, int32_t index, const Paragraph
 /// of the character before them. `vertical` is the direction of the title's default string: it may differ from that of
 /// this string, which LayoutString reads. Returns 1, or 0 for a range that does not lie in the text.
 int32_t ReflowLines(MetaString& string, int32_t first, int32_t count, bool vertical);
+
+/// Reflows a string all of whose characters have got new extents, one after the other, with a reflow after each: what
+/// that would give, in one walk. `formerAdvances` are those of before, one a character.
+void ReflowChanged(MetaString& string, std::span<const float> formerAdvances, bool vertical);
 
 }  // namespace captionfx

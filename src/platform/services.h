@@ -9,6 +9,7 @@
 #include "platform/font_system.h"
 #include "platform/module_loader.h"
 #include "platform/page_memory.h"
+#include "platform/xml_document.h"
 
 namespace captionfx {
 
@@ -24,6 +25,9 @@ public:
 
     /// A new session of font linking; null where the service cannot be had.
     [[nodiscard]] virtual std::unique_ptr<FontLink> CreateFontLink() = 0;
+
+    /// An empty XML document; null where the service cannot be had.
+    [[nodiscard]] virtual std::unique_ptr<XmlDocument> CreateXmlDocument() = 0;
 };
 
 /// The services of the system that this library was built for; one for the process.

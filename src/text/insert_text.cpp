@@ -1,35 +1,15 @@
 #include "text/insert_text.h"
 
 #include <iterator>
-#include <utility>
 
 #include "host/style_tables.h"
 #include "layout/reflow.h"
 #include "layout/string_layout.h"
-#include "text/font_runs.h"
+#include "text/linked_fonts.h"
 #include "text/text_transaction.h"
 
 namespace captionfx {
 namespace {
-
-/// The fonts of a text under the default font. Empty when no font-link session can be had.
-std::vector<MetaFont> LinkFonts(PlatformServices& services, const FontSpec& request, std::u16string_view text) {
-    const std::unique_ptr<FontLink> link = services.CreateFontLink();
-    if (!link) return {};
-    std::vector<MetaFont> fonts(text.size());
-    SplitFontRuns(services.Fonts(), *link, text, kEmSize, request, fonts);
-    link->ResetFontMapping();
-    return fonts;
-}
-
-/// Sets the extent of a character from its font, crossed where a vertical string lays it on its side.
-void SetExtent(FontSystem& system, const MetaFont& font, bool vertical, MetaCharacter& character) {
-    const auto unit = static_cast<char16_t>(character.Value);
-    const TextExtent extent = system.Realise(font.LogFont)->Extent(unit);
-    character.Width = static_cast<float>(extent.cx) * font.SizeRatio;
-    character.Height = static_cast<float>(extent.cy) * font.SizeRatio;
-    if (vertical && unit < kFirstUprightCharacter) std::swap(character.Width, character.Height);
-}
 
 /// Dirty layers without pixels for new characters; all or none.
 void InsertLayers(MetaString& string, int32_t position, size_t count) {

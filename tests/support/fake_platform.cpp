@@ -158,6 +158,10 @@ void FakePages::Release(void* block, size_t) noexcept {
     std::free(block);
 }
 
+std::unique_ptr<XmlDocument> FakePlatform::CreateXmlDocument() {
+    return HasXml ? SystemServices().CreateXmlDocument() : nullptr;
+}
+
 std::unique_ptr<FontLink> FakePlatform::CreateFontLink() {
     return HasFontLink ? std::make_unique<FakeLink>(LinkedRunLength, MappingsInUse) : nullptr;
 }

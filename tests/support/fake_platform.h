@@ -65,6 +65,8 @@ public:
     PageMemory& Pages() override { return Memory; }
     ModuleLoader& Modules() override { return *this; }
     std::unique_ptr<FontLink> CreateFontLink() override;
+    /// That of the system: a document's text is the same everywhere.
+    std::unique_ptr<XmlDocument> CreateXmlDocument() override;
 
     void Write(std::string_view message) override { Messages.emplace_back(message); }
     uint32_t Milliseconds() override { return 4711; }
@@ -75,6 +77,7 @@ public:
     FakePages Memory;
     std::vector<std::string> Messages;
     bool HasFontLink = true;
+    bool HasXml = true;
     int32_t LinkedRunLength = 0;  ///< What GetStrCodePages answers; 0 is the whole text.
     int32_t MappingsInUse = 0;    ///< Fonts that were mapped and not given back by ResetFontMapping.
 

@@ -6,6 +6,7 @@
 #include "platform/linux/font_registry.h"
 #include "platform/linux/module_loader.h"
 #include "platform/linux/page_memory.h"
+#include "platform/linux/xml_document.h"
 
 namespace captionfx {
 namespace {
@@ -18,6 +19,7 @@ public:
     PageMemory& Pages() override { return pages_; }
     ModuleLoader& Modules() override { return modules_; }
     std::unique_ptr<FontLink> CreateFontLink() override { return CreateFontconfigLink(); }
+    std::unique_ptr<XmlDocument> CreateXmlDocument() override { return CreateLibxmlDocument(); }
 
 private:
     StandardErrorOutput debug_;
