@@ -26,22 +26,29 @@ int32_t WithManager(PlatformServices& services, Use use) {
     });
 }
 
-/// Writes a line about a file when `status` is a failing one, which is returned.
-int32_t LogFile(DebugOutput& output, const char* failure, const char16_t* path, int32_t status) {
-    if (status >= 0) return status;
-    return Guarded([&] {
-        output.Write(failure + (path == nullptr ? std::string("(null)") : Utf8Of(path)) + "!");
-        return status;
-    });
-}
-
-int32_t LogBuffer(DebugOutput& output, std::string_view failure, int32_t status) {
-    if (status < 0) output.Write(failure);
+/// Writes the line about a failure, if `status` is one, and returns it. A line that there is no memory for is left out.
+template <class Line>
+int32_t Log(DebugOutput& output, int32_t status, Line line) {
+    if (status < 0) {
+        static_cast<void>(Guarded([&] {
+            output.Write(line());
+            return kTitleOk;
+        }));
+    }
     return status;
 }
 
-constexpr const char* kCannotLoadFile = "KVT_Title2: Failed to load title from file ";
-constexpr const char* kCannotSaveFile = "KVT_Title2: Failed to save title to file ";
+int32_t LogBuffer(DebugOutput& output, std::string_view failure, int32_t status) {
+    return Log(output, status, [&] { return failure; });
+}
+
+int32_t LogFile(DebugOutput& output, std::string_view failure, const char16_t* path, int32_t status) {
+    return Log(output, status,
+               [&] { return std::string(failure) + (path == nullptr ? "(null)" : Utf8Of(path)) + "!"; });
+}
+
+constexpr std::string_view kCannotLoadFile = "KVT_Title2: Failed to load title from file ";
+constexpr std::string_view kCannotSaveFile = "KVT_Title2: Failed to save title to file ";
 
 }  // namespace
 

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "support/fake_platform.h"
+#include "support/title_text.h"
 
 namespace {
 
@@ -92,6 +93,25 @@ TEST(OutOfMemoryTest, AStringIsThereOrNot) {
                    [](TestTitle& owner, int32_t result) {
                        EXPECT_EQ(owner.Title.GetStringCount(), result == kTitleOutOfMemory ? 1 : 2);
                    });
+}
+
+TEST(OutOfMemoryTest, ATitleIsLoadedWholeOrNotAtAll) {
+    TestTitle other;
+    other.Add(u"1\r\n\u4e00");
+    const std::string text = SavedText(other.Title);
+    const std::u16string wide(text.begin(), text.end());
+    FailEverywhere([&](TestTitle& owner) { return owner.Title.LoadFromBuffer(wide.c_str()); },
+                   [](TestTitle& owner, int32_t result) {
+                       EXPECT_TRUE(result == kTitleOk || result == kTitleOutOfMemory);
+                       EXPECT_EQ(owner.Title.GetStringCount(), result == kTitleOk ? 1 : 0);
+                       if (result != kTitleOk) owner.Title.AddString();
+                   });
+    FailEverywhere(
+        [](TestTitle& owner) {
+            uint32_t size = 0;
+            return owner.Title.SaveToBuffer(nullptr, &size);
+        },
+        [](TestTitle&, int32_t result) { EXPECT_TRUE(result == kTitleOk || result == kTitleOutOfMemory); });
 }
 
 TEST(OutOfMemoryTest, AFrameThatFailedLeavesNoTraces) {

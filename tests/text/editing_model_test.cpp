@@ -1,7 +1,7 @@
 // Editing against a model: random scripts of insertions, deletions and changes of the defaults, after each step of
 // which the title must hold the model's text and styles in a sound structure. Where the order of edits cannot matter,
-// it must also be laid out as if the text had been typed at once. A script that fails is shrunk and printed as a line
-// for kRegressions.
+// it must also be laid out as if the text had been typed at once; in the end it must survive being saved and loaded. A
+// script that fails is shrunk and printed as a line for kRegressions.
 #include <algorithm>
 #include <random>
 #include <sstream>
@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "support/fake_platform.h"
+#include "support/title_text.h"
 
 namespace captionfx::test {
 namespace {
@@ -57,6 +58,7 @@ public:
             title_.Title.DeleteText(0, first, count);
             text_.erase(text_.begin() + first, text_.begin() + first + count);
         } else {
+            font_ = step.Font;
             Use(title_, step.Font, step.Align);
             uniform_ = uniform_ && step.Align == 0;
             const int32_t at = step.At % (length + 1);
@@ -66,6 +68,23 @@ public:
             text_.insert(text_.begin() + at, typed.begin(), typed.end());
         }
         return Fault();
+    }
+
+    /// Empty when the title, whatever became of it, is saved and loads again as the same text and the same frame.
+    std::string RoundTripFault() {
+        const std::string saved = SavedText(title_.Title);
+        TestTitle loaded;
+        Prepare(loaded);
+        Use(loaded, font_, 0);  // a string without text has the extent of the default font's blank
+        if (saved.empty() || LoadText(loaded.Title, saved) != kTitleOk) return "is not loaded again";
+        if (const std::string again = SavedText(loaded.Title); again != saved) {
+            const auto at = static_cast<size_t>(std::ranges::mismatch(saved, again).in1 - saved.begin());
+            return "another text when loaded: " + saved.substr(at - std::min<size_t>(at, 60), 80);
+        }
+        std::vector<uint32_t> before(320UL * 240), after(before);
+        title_.Title.RenderFrame(before.data(), 0);
+        loaded.Title.RenderFrame(after.data(), 0);
+        return before == after ? "" : "another frame when loaded";
     }
 
 private:
@@ -161,6 +180,7 @@ private:
     const Script& script_;
     TestTitle title_;
     std::vector<Typed> text_;
+    int32_t font_ = 0;
     bool uniform_ = true;
 };
 
@@ -171,7 +191,7 @@ std::string FaultOf(const Script& script) {
         const std::string fault = model.Run(script.Steps[i]);
         if (!fault.empty()) return "step " + std::to_string(i) + ": " + fault;
     }
-    return "";
+    return model.RoundTripFault();
 }
 
 Script RandomScript(uint32_t seed) {

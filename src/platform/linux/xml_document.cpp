@@ -51,6 +51,20 @@ bool IsElement(const xmlNode& node, const char* name) {
     return node.type == XML_ELEMENT_NODE && isPlain && xmlStrEqual(node.name, XmlText(name)) != 0;
 }
 
+/// Keeps libxml2 from printing while it stands: some errors pass by the parser's options. The handler belongs to the
+/// thread, and may be the host's.
+class Silence {
+public:
+    Silence() { xmlSetStructuredErrorFunc(nullptr, [](void* /*context*/, xmlError* /*error*/) {}); }
+    Silence(const Silence&) = delete;
+    Silence& operator=(const Silence&) = delete;
+    ~Silence() { xmlSetStructuredErrorFunc(context_, handler_); }
+
+private:
+    void* const context_ = xmlStructuredErrorContext;
+    const xmlStructuredErrorFunc handler_ = xmlStructuredError;
+};
+
 class LibxmlDocument final : public XmlDocument {
 public:
     LibxmlDocument() : document_(Checked(xmlNewDoc(XmlText("1.0")))) {}
@@ -89,6 +103,7 @@ public:
     std::vector<uint8_t> Save() override {
         xmlChar* text = nullptr;
         int size = 0;
+        const Silence silence;
         xmlDocDumpMemoryEnc(document_.get(), &text, &size, "UTF-16");
         const Owned<xmlChar> owned(text);
         return owned && size > 0 ? std::vector<uint8_t>(text, text + size) : std::vector<uint8_t>();
@@ -142,6 +157,7 @@ private:
 
     bool Parse(std::span<const std::byte> text, const char* encoding, int options) {
         if (text.empty() || text.size() > kLongestText) return false;
+        const Silence silence;
         const Owned<xmlParserCtxt> parser = Checked(xmlNewParserCtxt());
         Owned<xmlDoc> parsed(xmlCtxtReadMemory(parser.get(), reinterpret_cast<const char*>(text.data()),
                                                static_cast<int>(text.size()), nullptr, encoding,
