@@ -1,11 +1,12 @@
 #include "tools/argument_values.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
-#include <iterator>
 #include <system_error>
-#include <utf8.h>
+
+#include "tools/text_encoding.h"
 
 namespace captionfx {
 namespace {
@@ -17,13 +18,6 @@ std::optional<Number> ParseWhole(std::string_view text, Format... format) {
     const auto [rest, error] = std::from_chars(text.data(), end, value, format...);
     if (error != std::errc{} || rest != end) return std::nullopt;
     return value;
-}
-
-std::optional<std::u16string> Utf16FromUtf8(std::string_view text) {
-    if (!utf8::is_valid(text.begin(), text.end())) return std::nullopt;
-    std::u16string result;
-    utf8::utf8to16(text.begin(), text.end(), std::back_inserter(result));
-    return result;
 }
 
 std::optional<int32_t> ParseFrameSide(std::string_view text) {
@@ -82,6 +76,23 @@ std::optional<std::string> ParseEffectName(std::string_view text) {
     constexpr size_t kLongestName = 259;
     if (text.empty() || text.size() > kLongestName) return std::nullopt;
     return std::string(text);
+}
+
+std::optional<Keyframe> ParseKeyframe(std::string_view text) {
+    const size_t first = text.find(':'), last = text.rfind(':');
+    if (first == std::string_view::npos || first == last) return std::nullopt;
+    const auto time = ParseNumber(text.substr(0, first));
+    const auto effect = ParseEffectName(text.substr(first + 1, last - first - 1));
+    const auto progress = ParseNumber(text.substr(last + 1));
+    const auto isPrintable = [](char c) { return c > ' ' && c <= '~'; };
+    if (!time || !effect || !progress || !std::ranges::all_of(*effect, isPrintable)) return std::nullopt;
+    return Keyframe{*time, *effect, *progress};
+}
+
+std::optional<float> ParseFrameRate(std::string_view text) {
+    constexpr float kHighestRate = 1000.0F;
+    const auto rate = ParseNumber(text);
+    return rate && *rate > 0.0F && *rate <= kHighestRate ? rate : std::nullopt;
 }
 
 std::optional<std::u16string> ParseText(std::string_view text) {

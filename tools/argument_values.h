@@ -16,6 +16,15 @@ struct Position {
     float x, y;
 };
 
+/// From `time` on, in seconds, the effect holds; between two of the same name its progress runs from one to the other.
+struct Keyframe {
+    float time;
+    std::string effect;
+    float progress;
+
+    bool operator==(const Keyframe&) const = default;
+};
+
 struct Rgb {
     uint8_t red, green, blue;
 
@@ -42,6 +51,12 @@ struct Rgb {
 
 /// Effect name, 1 to 259 bytes.
 [[nodiscard]] std::optional<std::string> ParseEffectName(std::string_view text);
+
+/// "TIME:EFFECT:PROGRESS", such as "0.5:PATH_FADE:1"; an effect name of printable ASCII.
+[[nodiscard]] std::optional<Keyframe> ParseKeyframe(std::string_view text);
+
+/// Frames a second: above 0, up to 1000.
+[[nodiscard]] std::optional<float> ParseFrameRate(std::string_view text);
 
 /// Text of a title from UTF-8. A line end, also one spelled \n, becomes CR LF, which begins a paragraph in the library;
 /// \\ is one backslash, any other backslash stands for itself.

@@ -9,6 +9,7 @@
 
 #include "tools/console.h"
 #include "tools/render_command.h"
+#include "tools/show_command.h"
 
 namespace captionfx {
 namespace {
@@ -18,23 +19,27 @@ constexpr int kWrongArguments = 2;
 int RunCommandLine(int argc, const char* const* argv) {
     CLI::App app("Animated text titles for video", "captionfx");
     app.set_version_flag("--version", "captionfx " CAPTIONFX_VERSION);
-    RenderRequest request;
-    const CLI::App* const render = AddRenderCommand(app, request);
+    RenderRequest renderRequest;
+    ShowRequest showRequest;
+    const CLI::App* const render = AddRenderCommand(app, renderRequest);
+    const CLI::App* const show = AddShowCommand(app, showRequest);
 
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& helpOrVersion) {
         return app.exit(helpOrVersion);
     } catch (const CLI::ParseError& error) {
-        const char* const command = render->parsed() ? "captionfx render" : "captionfx";
+        std::string command = "captionfx";
+        for (const CLI::App* const parsed : app.get_subcommands()) command += " " + parsed->get_name();
         PrintLine(std::string(error.what()) + " (see '" + command + " --help')");
         return kWrongArguments;
     }
-    if (!render->parsed()) {
-        PrintLine("a command is needed: 'captionfx render' draws a frame (see 'captionfx --help')");
+    if (app.get_subcommands().empty()) {
+        PrintLine("a command is needed, such as 'captionfx render' (see 'captionfx --help')");
         return kWrongArguments;
     }
-    Render(request);
+    if (render->parsed()) Render(renderRequest);
+    if (show->parsed()) Show(showRequest);
     return EXIT_SUCCESS;
 }
 

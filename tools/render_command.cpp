@@ -1,73 +1,24 @@
 #include "tools/render_command.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
-#include <iterator>
-#include <stdexcept>
-#include <string_view>
-#include <utf8.h>
-#include <utility>
+#include <new>
+#include <span>
+#include <tuple>
 #include <vector>
 
 #include <captionfx/caption_fx.h>
 
 #include "tools/console.h"
+#include "tools/frame_times.h"
+#include "tools/output_file.h"
 #include "tools/png_file.h"
+#include "tools/title_file.h"
 #include "tools/title_handle.h"
+#include "tools/value_option.h"
 
 namespace captionfx {
 namespace {
-
-// The getters of styles fill in the title's default for an index that names nothing.
-constexpr int32_t kDefaults = -1;
-constexpr uint32_t kAlignCentre = 6;
-
-/// Adds an option whose value `parse` reads. `expected` completes the error line "--size: 'big' is not ...".
-template <class Target, class Value>
-CLI::Option* AddValue(CLI::App& app, const std::string& name, Target& target,
-                      std::optional<Value> (*parse)(std::string_view), const char* expected, const char* help) {
-    const auto read = [&target, parse, name, expected](const std::string& text) {
-        auto value = parse(text);
-        if (!value) throw CLI::ValidationError(name, "'" + text + "' is not " + expected);
-        target = *std::move(value);
-    };
-    return app.add_option_function<std::string>(name, read, help);
-}
-
-std::string Utf8FromName(const char16_t (&name)[std::size(FontSpec{}.FaceName)]) {
-    const std::u16string_view whole(name, std::size(name));
-    const std::u16string_view text = whole.substr(0, whole.find(u'\0'));
-    std::string result;
-    utf8::utf16to8(text.begin(), text.end(), std::back_inserter(result));
-    return result;
-}
-
-/// Sets the font, and says so where another one stands in for it.
-void SetFont(IKVT_CaptionFx& title, const RenderRequest& request) {
-    FontSpec font{};
-    title.GetCharFont(kDefaults, kDefaults, &font);
-    std::fill(std::begin(font.FaceName), std::end(font.FaceName), u'\0');
-    request.fontName.copy(font.FaceName, std::size(font.FaceName) - 1);
-    font.Size = request.fontSize;
-    font.Bold = request.bold ? 1 : 0;
-    font.Italic = request.italic ? 1 : 0;
-    title.SetDefaultFont(&font);
-
-    FontSpec used{};
-    title.GetCharFont(kDefaults, kDefaults, &used);
-    if (!std::equal(std::begin(font.FaceName), std::end(font.FaceName), std::begin(used.FaceName)))
-        PrintLine("note: font '" + Utf8FromName(font.FaceName) + "' is not installed; '" + Utf8FromName(used.FaceName) +
-                  "' stands in for it");
-}
-
-void SetFaceColor(IKVT_CaptionFx& title, Rgb color) {
-    MetaFace face{};
-    title.GetCharFace(kDefaults, kDefaults, &face);
-    face.Color1 = face.Color2 =
-        static_cast<uint32_t>(color.blue) << 16 | static_cast<uint32_t>(color.green) << 8 | color.red;
-    title.SetDefaultFace(&face);
-}
 
 void SetFrame(IKVT_CaptionFx& title, const RenderRequest& request) {
     TitleRenderSettings settings{};
@@ -80,49 +31,6 @@ void SetFrame(IKVT_CaptionFx& title, const RenderRequest& request) {
     title.SetRenderSettings(&settings);
 }
 
-int32_t AddString(IKVT_CaptionFx& title, const RenderRequest& request, Position corner) {
-    StringSpec settings{};
-    title.GetStringSettings(kDefaults, &settings);
-    settings.Left = corner.x;
-    settings.Top = corner.y;
-    if (request.effect) {
-        std::fill(std::begin(settings.PathID), std::end(settings.PathID), '\0');
-        request.effect->copy(settings.PathID, std::size(settings.PathID) - 1);
-    }
-    if (request.progress) settings.PathProgress = *request.progress;
-    title.SetDefaultString(&settings);
-
-    const int32_t string = title.AddString();
-    const int32_t count = string < 0 ? string : title.InsertText(string, 0, request.text.c_str());
-    if (count < 0) throw std::bad_alloc();
-    return string;
-}
-
-/// Upper left corner that puts the text into the middle of the frame. Only the library knows how large the text is, so
-/// it is laid out once to be measured. Whole pixels, since a glyph between two pixels is a little softer.
-Position CentredCorner(IKVT_CaptionFx& title, const RenderRequest& request) {
-    const int32_t string = AddString(title, request, {0.0F, 0.0F});
-    TitleRectF rect{};
-    title.GetStringRect(string, &rect);
-    title.RemoveAllStrings();
-    return {std::floor((static_cast<float>(request.frame.width) - rect.width) / 2.0F),
-            std::floor((static_cast<float>(request.frame.height) - rect.height) / 2.0F)};
-}
-
-void AddText(IKVT_CaptionFx& title, const RenderRequest& request) {
-    SetFont(title, request);
-    if (request.faceColor) SetFaceColor(title, *request.faceColor);
-    if (request.position) {
-        AddString(title, request, *request.position);
-        return;
-    }
-    ParagraphSpec paragraph{};
-    title.GetCharParagraph(kDefaults, kDefaults, &paragraph);
-    paragraph.Align = kAlignCentre;
-    title.SetDefaultParagraph(&paragraph);
-    AddString(title, request, CentredCorner(title, request));
-}
-
 uint32_t GroundPixel(const std::optional<Rgb>& background) {
     constexpr uint32_t kOpaque = 0xFF000000;
     if (!background) return 0;
@@ -130,52 +38,134 @@ uint32_t GroundPixel(const std::optional<Rgb>& background) {
            background->blue;
 }
 
+/// Draws one frame over the ground. Returns whether any pixel differs from it.
+bool DrawFrame(IKVT_CaptionFx& title, float time, uint32_t ground, std::span<uint32_t> pixels) {
+    std::ranges::fill(pixels, ground);
+    if (title.RenderFrame(pixels.data(), time) != kTitleOk) throw std::bad_alloc();
+    // Not the dirty rectangle: it keeps a rim around text that left no ink.
+    return std::ranges::any_of(pixels, [ground](uint32_t pixel) { return pixel != ground; });
+}
+
+void WriteFrames(IKVT_CaptionFx& title, const RenderRequest& request) {
+    const uint32_t ground = GroundPixel(request.background);
+    const auto [width, height] = request.frame;
+    std::vector<uint32_t> pixels(static_cast<size_t>(width) * static_cast<size_t>(height));
+    bool isDrawn = false;
+    if (request.from) {
+        const std::string pattern = request.output.string();
+        if (request.output.has_parent_path()) std::filesystem::create_directories(request.output.parent_path());
+        const int32_t count = FrameCount(*request.from, *request.to, *request.rate);
+        for (int32_t i = 0; i < count; ++i) {
+            isDrawn = DrawFrame(title, FrameTime(*request.from, *request.rate, i), ground, pixels) || isDrawn;
+            WritePng(FrameFile(pattern, i), pixels, width, height);
+        }
+    } else {
+        isDrawn = DrawFrame(title, request.time, ground, pixels);
+        WritePng(request.output, pixels, width, height);
+    }
+    if (!isDrawn) PrintLine("note: nothing was drawn");
+}
+
+/// The library's own file would do, but its failure would be told twice: here and in the debug output.
+void SaveTitle(IKVT_CaptionFx& title, const std::filesystem::path& path) {
+    uint32_t size = 0;
+    std::vector<char16_t> text;
+    if (title.SaveToBuffer(nullptr, &size) == kTitleOk) text.resize(size / sizeof(char16_t));
+    if (text.empty() || title.SaveToBuffer(text.data(), &size) != kTitleOk) throw std::bad_alloc();
+    constexpr char16_t kByteOrderMark = 0xFEFF;
+    text.insert(text.begin(), kByteOrderMark);
+    text.pop_back();  // the terminating zero
+    OutputFile file(path);
+    file.Write(text.data(), text.size() * sizeof(char16_t));
+    file.Finish();
+}
+
+void AddTypedOptions(CLI::App& render, TypedTitle& typed) {
+    const auto add = [&](const char* name, auto& target, auto parse, const char* expected, const char* help) {
+        return AddValue(render, name, target, parse, expected, help)->group("A typed title");
+    };
+    CLI::Option* const text =
+        add("--text", typed.text, &ParseText, "valid UTF-8", "The text, UTF-8; \\n begins a paragraph");
+    const auto addMore = [&](const char* name, auto& target, auto parse, const char* expected, const char* help) {
+        return add(name, target, parse, expected, help)->needs(text);
+    };
+    addMore("--font", typed.fontName, &ParseFontName, "a font name of 1 to 31 characters", "Font family [DejaVu Sans]");
+    addMore("--size", typed.fontSize, &ParseFontSize, "a number above 0, up to 1638", "Font size [96]");
+    for (const auto& [name, flag, help] :
+         {std::tuple("--bold", &typed.bold, "Bold"), {"--italic", &typed.italic, "Italic"}})
+        render.add_flag(name, *flag, help)->needs(text)->group("A typed title");
+    addMore("--color", typed.faceColor, &ParseColor, "a colour RRGGBB, such as FFCC00", "Colour of the face");
+    addMore("--position", typed.position, &ParsePosition, "a position X,Y, such as 100,50",
+            "Upper left corner of the text [in the middle of the frame]");
+    addMore("--effect", typed.effect, &ParseEffectName, "an effect name of 1 to 259 characters",
+            "Effect, such as PATH_FADE");
+    addMore("--progress", typed.progress, &ParseNumber, "a finite number",
+            "Progress of the effect: 0 not there yet, 1 at rest [1]");
+    AddValues(render, "--key", typed.keys, &ParseKeyframe, "a keyframe TIME:EFFECT:PROGRESS, such as 0.5:PATH_FADE:1",
+              "Keyframe; between two of the same effect its progress runs. May be given often")
+        ->needs(text)
+        ->group("A typed title");
+}
+
+/// What no single option can see.
+void CheckTogether(const RenderRequest& request, bool hasText) {
+    if (request.titleFile.empty() && !hasText)
+        throw CLI::ValidationError("what to draw is missing: a title file, or --text");
+    if (!request.titleFile.empty() && hasText)
+        throw CLI::ValidationError("title",
+                                   "'" + request.titleFile.string() + "' and --text are two titles: one is drawn");
+    if (request.output.empty() && request.saveAs.empty())
+        throw CLI::ValidationError("--output or --save is needed: where does the result go?");
+    if (!request.from) return;
+    if (!IsFramePattern(request.output.string()))
+        throw CLI::ValidationError("--output", "'" + request.output.string() +
+                                                   "' needs a place for the frame number, such as frames/%04d.png");
+    if (FrameCount(*request.from, *request.to, *request.rate) == 0)
+        throw CLI::ValidationError("--to", "the sequence ends before it begins, or has more than ten million frames");
+}
+
 }  // namespace
 
 CLI::App* AddRenderCommand(CLI::App& app, RenderRequest& request) {
-    CLI::App* const render = app.add_subcommand("render", "Render one frame of a text to a PNG file");
+    CLI::App* const render = app.add_subcommand("render", "Render frames of a title to PNG files");
     render->footer(
-        "Lengths and positions are pixels. What is not asked for has the library's built-in look: a white face, a "
-        "thin\n"
-        "red border, a soft shadow.");
-    AddValue(*render, "--text", request.text, &ParseText, "valid UTF-8", "The text, UTF-8; \\n begins a paragraph")
-        ->required();
-    AddValue(*render, "--font", request.fontName, &ParseFontName, "a font name of 1 to 31 characters",
-             "Font family [DejaVu Sans]");
-    AddValue(*render, "--size", request.fontSize, &ParseFontSize, "a number above 0, up to 1638", "Font size [96]");
-    render->add_flag("--bold", request.bold, "Bold");
-    render->add_flag("--italic", request.italic, "Italic");
-    AddValue(*render, "--color", request.faceColor, &ParseColor, "a colour RRGGBB, such as FFCC00",
-             "Colour of the face");
-    AddValue(*render, "--position", request.position, &ParsePosition, "a position X,Y, such as 100,50",
-             "Upper left corner of the text [in the middle of the frame]");
-    AddValue(*render, "--effect", request.effect, &ParseEffectName, "an effect name of 1 to 259 characters",
-             "Effect, such as PATH_FADE");
-    AddValue(*render, "--progress", request.progress, &ParseNumber, "a finite number",
-             "Progress of the effect: 0 not there yet, 1 at rest [1]");
-    AddValue(*render, "--at", request.time, &ParseNumber, "a finite number", "Time of the frame [0]");
+        "Lengths and positions are pixels, times are seconds. What is not asked for has the library's built-in look:\n"
+        "a white face, a thin red border, a soft shadow.");
+    render->add_option("title", request.titleFile, "A title as XML; or a typed title:");
+    AddTypedOptions(*render, request.typed);
+
+    CLI::Option* const at =
+        AddValue(*render, "--at", request.time, &ParseNumber, "a finite number", "Time of the frame [0]");
+    CLI::Option* const from =
+        AddValue(*render, "--from", request.from, &ParseNumber, "a finite number", "First time of a sequence");
+    CLI::Option* const to =
+        AddValue(*render, "--to", request.to, &ParseNumber, "a finite number", "Its end, which is not drawn");
+    CLI::Option* const rate = AddValue(*render, "--fps", request.rate, &ParseFrameRate, "a number above 0, up to 1000",
+                                       "Its frames a second");
+    from->needs(to)->needs(rate)->excludes(at);
+    to->needs(from);
+    rate->needs(from);
     AddValue(*render, "--frame", request.frame, &ParseFrameSize, "a size such as 1280x720, sides 1 to 16384",
              "Size of the frame [1280x720]");
     AddValue(*render, "--background", request.background, &ParseColor, "a colour RRGGBB, such as 102030",
              "Colour of an opaque ground [transparent]");
-    render->add_option("-o,--output", request.output, "The PNG file to write")->required();
+    render->add_option("-o,--output", request.output,
+                       "The PNG file to write; of a sequence, a pattern such as frames/%04d.png");
+    render->add_option("--save", request.saveAs, "Also write the title as XML");
+    render->callback([render, &request] { CheckTogether(request, render->count("--text") > 0); });
     return render;
 }
 
 void Render(const RenderRequest& request) {
     const TitleHandle title = MakeTitle();
     SetFrame(*title, request);
-    AddText(*title, request);
-
-    const uint32_t ground = GroundPixel(request.background);
-    const size_t pixelCount = static_cast<size_t>(request.frame.width) * static_cast<size_t>(request.frame.height);
-    std::vector<uint32_t> pixels(pixelCount, ground);
-    if (title->RenderFrame(pixels.data(), request.time) != kTitleOk) throw std::bad_alloc();
-
-    // Not the dirty rectangle: it keeps a rim around text that left no ink.
-    if (std::all_of(pixels.begin(), pixels.end(), [ground](uint32_t pixel) { return pixel == ground; }))
-        PrintLine("note: nothing was drawn");
-    WritePng(request.output, pixels, request.frame.width, request.frame.height);
+    if (request.titleFile.empty()) {
+        AddTypedTitle(*title, request.typed, request.frame);
+    } else {
+        TitleFile(request.titleFile).LoadInto(*title);
+    }
+    if (!request.saveAs.empty()) SaveTitle(*title, request.saveAs);
+    if (!request.output.empty()) WriteFrames(*title, request);
 }
 
 }  // namespace captionfx

@@ -258,24 +258,32 @@ public:
 
     // ---- Titles as XML (slots 30 to 35) ----
 
-    /// Replaces the strings by those of an XML document in `xml`, zero-terminated. Status.
+    // Loading fits every character to the fonts of this machine. What is no title (not well-formed, another root, a style
+    // index that names nothing, a number that is not finite) is refused with kTitleFailure: the title is empty then, and
+    // its defaults stay. docs/title-format.md describes the format.
+
+    /// Replaces the strings by those of an XML document in `xml`, zero-terminated. Status; a null pointer changes
+    /// nothing.
     virtual int32_t LoadFromBuffer(const char16_t* xml) noexcept = 0;
 
-    /// Writes the title as XML into `buffer`. `sizeInBytes` holds the buffer's size and gets the size needed; a null or
-    /// too small buffer gets nothing. Status.
+    /// Writes the title as XML and a terminating 0 into `buffer`. `sizeInBytes` holds the buffer's size and gets the size
+    /// needed; a null or too small buffer gets nothing, which is no failure. Status; kTitleFailure for a title that holds
+    /// a number which is not finite, here and in SaveToFile.
     virtual int32_t SaveToBuffer(char16_t* buffer, uint32_t* sizeInBytes) noexcept = 0;
 
-    /// Replaces the strings by those of an XML file. Status.
+    /// Replaces the strings by those of an XML file. Status; an empty path changes nothing.
     virtual int32_t LoadFromFile(const char16_t* path) noexcept = 0;
 
-    /// Writes the title to an XML file. Status.
+    /// Writes the title to an XML file, UTF-16 with a byte-order mark. Status.
     virtual int32_t SaveToFile(const char16_t* path) noexcept = 0;
 
     /// Replaces the strings by those under an XML element: an xmlNodePtr on Linux, an IXMLDOMNode* on Windows, whose
-    /// child is "StringList". The element stays the caller's. Status.
+    /// child is "StringList". The element stays the caller's. Status of the XML service: what is no title leaves an empty
+    /// one with kTitleOk.
     virtual int32_t LoadFromNode(void* element) noexcept = 0;
 
-    /// Writes "StringList" as a child of an XML element; the element types are those of LoadFromNode. Status.
+    /// Writes "StringList" as a child of an XML element; the element types are those of LoadFromNode. Status of the XML
+    /// service.
     virtual int32_t SaveToNode(void* element) noexcept = 0;
 
     // ---- Frames and the title itself (slots 36 to 41) ----

@@ -42,7 +42,7 @@ bool IsSaved(const MetaFont& saved, const MetaFont& measured) {
         return IsSaved(saved.*field, measured.*field, measured.SizeRatio);
     };
     return std::memcmp(&saved.LogFont, &measured.LogFont, sizeof(LogFont)) == 0 &&
-           saved.SizeRatio == measured.SizeRatio && agree(&MetaFont::Ascent) && agree(&MetaFont::Descent) &&
+           IsSaved(saved.SizeRatio, measured.SizeRatio, 0) && agree(&MetaFont::Ascent) && agree(&MetaFont::Descent) &&
            agree(&MetaFont::IntLead) && agree(&MetaFont::ExtLead) && agree(&MetaFont::StrikeoutPos) &&
            agree(&MetaFont::StrikeoutSize) && agree(&MetaFont::UnderlinePos) && agree(&MetaFont::UnderlineSize);
 }
@@ -84,7 +84,8 @@ void RefontString(FontSystem& system, FontLink& link, const InstalledFonts& inst
 
 void RefontCharacter(PlatformServices& services, const TitleDefaults& defaults, MetaString& string, int32_t first,
                      int32_t count) {
-    if (!IsIndexOf(string.Characters, first) || count < 1 || int64_t{first} + count > CountOf(string.Characters)) return;
+    if (!IsIndexOf(string.Characters, first) || count < 1 || int64_t{first} + count > CountOf(string.Characters))
+        return;
     std::u16string text;
     for (int32_t i = first; i < first + count; ++i) text += static_cast<char16_t>(At(string.Characters, i).Value);
     const std::vector<MetaFont> fonts = LinkFonts(services, defaults.DefaultFont, text);

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tools/frame_times.h"
+
 namespace captionfx {
 namespace {
 
@@ -43,6 +45,26 @@ TEST(ArgumentValues, NamesAreCountedInTheUnitsOfTheirFields) {
     EXPECT_FALSE(ParseFontName(clapperboards + "ab"));
     EXPECT_TRUE(ParseEffectName(std::string(259, 'P')));
     EXPECT_FALSE(ParseEffectName(std::string(260, 'P')));
+}
+
+TEST(ArgumentValues, Keyframes) {
+    EXPECT_EQ(ParseKeyframe("0.5:PATH_FADE:-1"), (Keyframe{0.5F, "PATH_FADE", -1}));
+    EXPECT_EQ(ParseKeyframe("1:A:B:1e2"), (Keyframe{1, "A:B", 100}));
+    for (const char* wrong : {"", "1", "1:2", "1:PATH_FADE:", ":A:1", "1::1", "nan:A:1", "1:A B:1", "1:\xC3\xA9:1"})
+        EXPECT_FALSE(ParseKeyframe(wrong)) << wrong;
+}
+
+TEST(FrameTimes, CountsTimesAndFiles) {
+    EXPECT_EQ(FrameCount(0, 4, 25), 100) << "the end is not drawn";
+    EXPECT_EQ(FrameCount(0, 0.1F, 30), 3) << "0.1f is a little more than a tenth";
+    EXPECT_EQ(FrameCount(1, 1.001F, 25), 1);
+    EXPECT_EQ(FrameCount(1, 1, 25), 0);
+    EXPECT_EQ(FrameCount(0, 1e30F, 1000), 0);
+    EXPECT_EQ(FrameTime(1, 25, 90000), 3601);
+    EXPECT_EQ(FrameFile("100%%/%04d.png", 7), "100%/0007.png");
+    EXPECT_EQ(FrameFile("%03d", 12345), "12345");
+    for (const char* wrong : {"a.png", "%d%d", "%s.png", "%d%", "%%d.png"})
+        EXPECT_FALSE(IsFramePattern(wrong)) << wrong;
 }
 
 }  // namespace

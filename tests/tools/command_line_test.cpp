@@ -106,7 +106,13 @@ TEST_F(CommandLine, MissingPartsAreNamed) {
     } rows[] = {{{}, "command"},
                 {{"draw"}, "draw"},
                 {{"render", "--text", "a"}, "--output"},
-                {{"render", "-o", "a.png"}, "--text"}};
+                {{"render", "-o", "a.png"}, "--text"},
+                {{"render", "a.xml", "--text", "a", "-o", "a.png"}, "a.xml"},
+                {{"render", "--text", "a", "--from", "1", "--to", "2", "--fps", "5", "-o", "a.png"}, "%04d"},
+                {{"render", "--text", "a", "--from", "1", "--to", "1", "--fps", "5", "-o", "%d.png"}, "--to"},
+                {{"render", "--text", "a", "--from", "1", "--to", "2", "-o", "%d.png"}, "--fps"},
+                {{"render", "--text", "a", "--key", "1:PATH_FADE", "-o", "a.png"}, "--key"},
+                {{"show"}, "title"}};
     for (const auto& row : rows) {
         const ProcessResult result = Run(row.arguments);
         EXPECT_EQ(result.exitCode, 2);

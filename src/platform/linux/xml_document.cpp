@@ -141,9 +141,14 @@ public:
 
     std::optional<std::string> Attribute(const XmlNode& node, const char* name) override {
         if (!node) return std::nullopt;
-        const Owned<xmlChar> text(xmlGetNoNsProp(Raw(node), XmlText(name)));
-        if (!text) return std::nullopt;
-        return std::string(reinterpret_cast<const char*>(text.get()));
+        const xmlAttr* const attribute = xmlHasNsProp(Raw(node), XmlText(name), nullptr);
+        if (attribute == nullptr) return std::nullopt;
+        const xmlNode* const value = attribute->children;
+        if (value == nullptr) return std::string();
+        // Nearly always: one text, which needs no copy of libxml2's.
+        if (value->type == XML_TEXT_NODE && value->next == nullptr) return TextOf(value->content);
+        const Owned<xmlChar> text(xmlNodeListGetString(attribute->doc, value, 1));
+        return TextOf(text.get());
     }
 
     void SetAttribute(const XmlNode& node, const char* name, const std::string& text) override {
@@ -152,6 +157,10 @@ public:
 
 private:
     static constexpr size_t kLongestText = std::numeric_limits<int>::max();  // bytes that libxml2 can count
+
+    static std::string TextOf(const xmlChar* text) {
+        return text == nullptr ? std::string() : std::string(reinterpret_cast<const char*>(text));
+    }
 
     static xmlNode* FirstChild(const XmlNode& parent) { return parent ? Raw(parent)->children : nullptr; }
 
