@@ -3,9 +3,11 @@
 #include <cstdlib>
 #include <functional>
 #include <new>
+#include <utility>
 
 #include <gtest/gtest.h>
 
+#include "paths/path_stage.h"
 #include "support/fake_platform.h"
 
 namespace {
@@ -125,6 +127,20 @@ TEST(OutOfMemoryTest, ResettingSaysSo) {
                        EXPECT_EQ(font.Size, result == kTitleOk ? 24 : 64);
                        if (result == kTitleOk) owner.Title.AddString();
                    });
+}
+
+TEST(OutOfMemoryTest, PlacingACharacterNeedsNone) {
+    constexpr int kMany = 1000;
+    for (const PathCatalogEntry& row : PathCatalog()) {
+        if (row.Make == nullptr || row.ImageBased != 0) continue;
+        const std::unique_ptr<CPathBase> path = Bind(row.Make, kTwoLines);
+        CharPlacement at{};
+        allocationsLeft = kMany;
+        for (const float progress : {0.0F, 0.2F, 0.5F, 0.9F, 1.0F}) {
+            for (int32_t pass = 0; pass < row.PassCount; ++pass) path->CalcCharacter(pass, 1, progress, &at);
+        }
+        EXPECT_EQ(std::exchange(allocationsLeft, -1), kMany) << row.PathName;
+    }
 }
 
 }  // namespace
