@@ -47,6 +47,27 @@ public:
     }
 };
 
+inline void Hide(CharPlacement& out) {
+    out.Alpha = 0;
+}
+
+/// a / b, and 0 where b is 0: strings and characters may have no extent, and so may the canvas.
+[[nodiscard]] constexpr float Ratio(float a, float b) {
+    return b != 0 ? a / b : 0;
+}
+
+/// Where the character stands among all, from 0 to below 1.
+[[nodiscard]] inline float OrderOf(const PathFrame& f) {
+    return static_cast<float>(f.i) / f.n;
+}
+
+/// The progress of one character's own, 0 to 1, when the characters start one after the other by `order`, 0 to 1, and
+/// each takes `span` of the whole.
+[[nodiscard]] constexpr float Stagger(float p, float order, float span) {
+    const float own = (p - order * (1 - span)) / span;
+    return own < 0 ? 0 : own > 1 ? 1 : own;
+}
+
 /// An alpha that is cut, its low 8 bits kept: beyond 0..255 it wraps.
 [[nodiscard]] constexpr uint8_t WrappedAlpha(float value) {
     return ToLowByte(static_cast<double>(value));
