@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <array>
 
+#include "paths/flight_paths.h"
 #include "paths/reveal_paths.h"
+#include "paths/rotation_paths.h"
 #include "paths/travel_paths.h"
+#include "paths/two_pass_paths.h"
 
 namespace captionfx {
 namespace {
@@ -65,8 +68,8 @@ constexpr std::array kCatalog = {
     Row<CPathAmplifyH>("AmplifyH", kWipe, 1),
     Row<CPathAmplifyV>("AmplifyV", kWipe, 1),
     Row<CPathAssembly>("Assembly", kSlide, 1),
-    Row("DoubleVisionH", kPopup, 1, 2),
-    Row("DoubleVisionV", kPopup, 1, 2),
+    Row<CPathDoubleVisionH>("DoubleVisionH", kPopup, 1, 2),
+    Row<CPathDoubleVisionV>("DoubleVisionV", kPopup, 1, 2),
     Row<CPathFlocking>("Flocking", kSpecial, 2),
     Row<CPathGlitter>("Glitter", kPopup, 2),
     Row<CPathHideDown>("HideDown", kSlide, 2),
@@ -81,12 +84,12 @@ constexpr std::array kCatalog = {
     Row<CPathPopup1>("Popup1", kPopup, 1),
     Row<CPathPopup2>("Popup2", kPopup, 1),
     Row<CPathPopup3>("Popup3", kPopup, 1),
-    Row("RollerCoasterLeft", kFly, 2),
-    Row("RollerCoasterRight", kFly, 2),
-    Row("RollingLeft", kRotate, 1),
-    Row("RollingRight", kRotate, 1),
-    Row("RotateCCW", kRotate, 2),
-    Row("RotateCW", kRotate, 2),
+    Row<CPathRollerCoasterLeft>("RollerCoasterLeft", kFly, 2),
+    Row<CPathRollerCoasterRight>("RollerCoasterRight", kFly, 2),
+    Row<CPathRollingLeft>("RollingLeft", kRotate, 1),
+    Row<CPathRollingRight>("RollingRight", kRotate, 1),
+    Row<CPathRotateCCW>("RotateCCW", kRotate, 2),
+    Row<CPathRotateCW>("RotateCW", kRotate, 2),
     Row<CPathScrollDown>("ScrollDown", kRollAndCrawl, 2),
     Row<CPathScrollLeft>("ScrollLeft", kRollAndCrawl, 2),
     Row<CPathScrollRight>("ScrollRight", kRollAndCrawl, 2),
@@ -99,17 +102,17 @@ constexpr std::array kCatalog = {
     Row<CPathSoloLeft>("SoloLeft", kSlide, 1),
     Row<CPathSoloRight>("SoloRight", kSlide, 1),
     Row<CPathSoloUp>("SoloUp", kSlide, 1),
-    Row("Spiral", kFly, 2),
-    Row("SwarmLeft", kFly, 1),
-    Row("SwarmRight", kFly, 1),
-    Row("Swirl", kRotate, 2),
-    Row("TranceCCW", kRotate, 1, 2),
-    Row("TranceCW", kRotate, 1, 2),
-    Row("TranceCenter", kSpecial, 1, 2),
-    Row("TranceDown", kSlide, 1, 2),
-    Row("TranceLeft", kSlide, 1, 2),
-    Row("TranceRight", kSlide, 1, 2),
-    Row("TranceUp", kSlide, 1, 2),
+    Row<CPathSpiral>("Spiral", kFly, 2),
+    Row<CPathSwarmLeft>("SwarmLeft", kFly, 1),
+    Row<CPathSwarmRight>("SwarmRight", kFly, 1),
+    Row<CPathSwirl>("Swirl", kRotate, 2),
+    Row<CPathTranceCCW>("TranceCCW", kRotate, 1, 2),
+    Row<CPathTranceCW>("TranceCW", kRotate, 1, 2),
+    Row<CPathTranceCenter>("TranceCenter", kSpecial, 1, 2),
+    Row<CPathTranceDown>("TranceDown", kSlide, 1, 2),
+    Row<CPathTranceLeft>("TranceLeft", kSlide, 1, 2),
+    Row<CPathTranceRight>("TranceRight", kSlide, 1, 2),
+    Row<CPathTranceUp>("TranceUp", kSlide, 1, 2),
     Row<CPathTwinkle>("Twinkle", kPopup, 2),
     Row<CPathUnite>("Unite", kSpecial, 1),
     Row<CPathWave>("Wave", kFly, 2),
@@ -121,8 +124,8 @@ constexpr std::array kCatalog = {
     Row<CPathWipeUp>("WipeUp", kWipe, 2),
     Row<CPathFlip>("Flip", kSpecial, 1),
     Row<CPathFade>("Fade", kWipe, 2),
-    Row("RotateInwards", kRotate, 1),
-    Row("RotateOutwards", kRotate, 1),
+    Row<CPathRotateInwards>("RotateInwards", kRotate, 1),
+    Row<CPathRotateOutwards>("RotateOutwards", kRotate, 1),
     Row("BlurLeft", kSpecial, 1, 1, kOnImage),
     Row("BlurRight", kSpecial, 1, 1, kOnImage),
     Row("PerspectiveScroll", kRollAndCrawl, 1, 1, kOnImage),

@@ -71,6 +71,11 @@ using CStartingPath = CCharacterPath<&WhenStarted<Formula>>;
     return b != 0 ? a / b : 0;
 }
 
+/// Where the character stands among all, from 0 to below 1.
+[[nodiscard]] inline float OrderOf(const PathFrame& f) {
+    return Ratio(static_cast<float>(f.i), f.n);
+}
+
 /// The progress of one character's own, 0 to 1, when the characters start one after the other by `order`, 0 to 1, and
 /// each takes `span` of the whole.
 [[nodiscard]] constexpr float Stagger(float p, float order, float span) {

@@ -38,7 +38,7 @@ float FromLarge(float t) {
 
 /// Characters pop up one after the other.
 void Pop(const PathFrame& f, ScaleOverTime* scale, CharPlacement& out) {
-    const float t = Stagger(f.p, Ratio(static_cast<float>(f.i), f.n), std::min(Ratio(1.4F, f.n), 1.0F));
+    const float t = Stagger(f.p, OrderOf(f), std::min(Ratio(1.4F, f.n), 1.0F));
     out.ScaleX = out.ScaleY = scale(t);
     out.Alpha = WrappedAlpha(t * 255);
 }

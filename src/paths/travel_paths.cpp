@@ -42,7 +42,7 @@ float Cut(float value) {
 
 /// Characters of a windshield swing in one after the other, growing from nothing. Returns the eased share of the way.
 float Swing(const PathFrame& f, CharPlacement& out) {
-    const float u = EaseOut(Stagger(f.p, Ratio(static_cast<float>(f.i), f.n), 0.6F));
+    const float u = EaseOut(Stagger(f.p, OrderOf(f), 0.6F));
     out.Y = (f.H + f.c.Top) * u - f.H;
     out.ScaleX = out.ScaleY = u;
     return u;
@@ -185,7 +185,7 @@ void WindshieldRight(const PathFrame& f, CharPlacement& out) {
 /// Characters bounce, less and less. What is left of the bounce at the end is taken off throughout.
 void Wave(const PathFrame& f, CharPlacement& out) {
     const float height = f.first.Height * 3;
-    const float t = Stagger(f.p, Ratio(static_cast<float>(f.i), f.n), 0.7F);
+    const float t = Stagger(f.p, OrderOf(f), 0.7F);
     const auto bounce = [height](float at) {
         return static_cast<double>(ExpF(-4 * at) * height) * std::cos(4 * kPi64 * static_cast<double>(at));
     };
