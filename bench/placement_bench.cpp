@@ -14,6 +14,7 @@ namespace {
 size_t allocations = 0;
 }
 
+// NOLINTBEGIN(cppcoreguidelines-no-malloc): what the library's own do
 void* operator new(size_t bytes) {
     ++allocations;
     void* const block = std::malloc(bytes);
@@ -26,6 +27,7 @@ void operator delete(void* block) noexcept {
 void operator delete(void* block, size_t /*bytes*/) noexcept {
     std::free(block);
 }
+// NOLINTEND(cppcoreguidelines-no-malloc)
 
 namespace captionfx {
 namespace {
