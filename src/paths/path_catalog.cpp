@@ -3,7 +3,11 @@
 #include <algorithm>
 #include <array>
 
+#include "paths/flight_paths.h"
 #include "paths/reveal_paths.h"
+#include "paths/rotation_paths.h"
+#include "paths/travel_paths.h"
+#include "paths/two_pass_paths.h"
 
 namespace captionfx {
 namespace {
@@ -43,6 +47,11 @@ constexpr PathCatalogEntry Row(std::string_view token, std::string_view classKey
     return row;
 }
 
+template <class Path>
+std::unique_ptr<CPathBase> Make() {
+    return std::make_unique<Path>();
+}
+
 /// A row with the class that serves it.
 template <class Path>
 constexpr PathCatalogEntry Row(std::string_view token, std::string_view classKey, int32_t listGroup,
@@ -50,73 +59,73 @@ constexpr PathCatalogEntry Row(std::string_view token, std::string_view classKey
     static_assert(std::is_final_v<Path> && std::is_base_of_v<CPathBase, Path>);
     static_assert(sizeof(Path) == sizeof(CPathBase), "a character effect keeps no state of its own");
     PathCatalogEntry row = Row(token, classKey, listGroup, passCount, imageBased);
-    row.Make = []() -> std::unique_ptr<CPathBase> { return std::make_unique<Path>(); };
+    row.Make = Make<Path>;
     return row;
 }
 
 // The one list of effects. Order, groups and counts are part of what hosts rely on.
 constexpr std::array kCatalog = {
-    Row("AmplifyH", kWipe, 1),
-    Row("AmplifyV", kWipe, 1),
-    Row("Assembly", kSlide, 1),
-    Row("DoubleVisionH", kPopup, 1, 2),
-    Row("DoubleVisionV", kPopup, 1, 2),
-    Row("Flocking", kSpecial, 2),
-    Row("Glitter", kPopup, 2),
-    Row("HideDown", kSlide, 2),
-    Row("HideLeft", kSlide, 2),
-    Row("HideRight", kSlide, 2),
-    Row("HideUp", kSlide, 2),
-    Row("Icicles", kSpecial, 2),
-    Row("Magnets1", kPopup, 1),
-    Row("Magnets2", kPopup, 1),
-    Row("March", kFly, 2),
+    Row<CPathAmplifyH>("AmplifyH", kWipe, 1),
+    Row<CPathAmplifyV>("AmplifyV", kWipe, 1),
+    Row<CPathAssembly>("Assembly", kSlide, 1),
+    Row<CPathDoubleVisionH>("DoubleVisionH", kPopup, 1, 2),
+    Row<CPathDoubleVisionV>("DoubleVisionV", kPopup, 1, 2),
+    Row<CPathFlocking>("Flocking", kSpecial, 2),
+    Row<CPathGlitter>("Glitter", kPopup, 2),
+    Row<CPathHideDown>("HideDown", kSlide, 2),
+    Row<CPathHideLeft>("HideLeft", kSlide, 2),
+    Row<CPathHideRight>("HideRight", kSlide, 2),
+    Row<CPathHideUp>("HideUp", kSlide, 2),
+    Row<CPathIcicles>("Icicles", kSpecial, 2),
+    Row<CPathMagnets1>("Magnets1", kPopup, 1),
+    Row<CPathMagnets2>("Magnets2", kPopup, 1),
+    Row<CPathMarch>("March", kFly, 2),
     Row<CPathNoEffect>("NoEffect", kNone, 2),
-    Row("Popup1", kPopup, 1),
-    Row("Popup2", kPopup, 1),
-    Row("Popup3", kPopup, 1),
-    Row("RollerCoasterLeft", kFly, 2),
-    Row("RollerCoasterRight", kFly, 2),
-    Row("RollingLeft", kRotate, 1),
-    Row("RollingRight", kRotate, 1),
-    Row("RotateCCW", kRotate, 2),
-    Row("RotateCW", kRotate, 2),
-    Row("ScrollDown", kRollAndCrawl, 2),
-    Row("ScrollLeft", kRollAndCrawl, 2),
-    Row("ScrollRight", kRollAndCrawl, 2),
-    Row("ScrollUp", kRollAndCrawl, 2),
-    Row("SlideDown", kSlide, 1),
-    Row("SlideLeft", kSlide, 1),
-    Row("SlideRight", kSlide, 1),
-    Row("SlideUp", kSlide, 1),
-    Row("SoloDown", kSlide, 1),
-    Row("SoloLeft", kSlide, 1),
-    Row("SoloRight", kSlide, 1),
-    Row("SoloUp", kSlide, 1),
-    Row("Spiral", kFly, 2),
-    Row("SwarmLeft", kFly, 1),
-    Row("SwarmRight", kFly, 1),
-    Row("Swirl", kRotate, 2),
-    Row("TranceCCW", kRotate, 1, 2),
-    Row("TranceCW", kRotate, 1, 2),
-    Row("TranceCenter", kSpecial, 1, 2),
-    Row("TranceDown", kSlide, 1, 2),
-    Row("TranceLeft", kSlide, 1, 2),
-    Row("TranceRight", kSlide, 1, 2),
-    Row("TranceUp", kSlide, 1, 2),
-    Row("Twinkle", kPopup, 2),
-    Row("Unite", kSpecial, 1),
-    Row("Wave", kFly, 2),
-    Row("WindshieldLeft", kFly, 1),
-    Row("WindshieldRight", kFly, 1),
-    Row("WipeDown", kWipe, 2),
-    Row("WipeLeft", kWipe, 2),
-    Row("WipeRight", kWipe, 2),
-    Row("WipeUp", kWipe, 2),
-    Row("Flip", kSpecial, 1),
+    Row<CPathPopup1>("Popup1", kPopup, 1),
+    Row<CPathPopup2>("Popup2", kPopup, 1),
+    Row<CPathPopup3>("Popup3", kPopup, 1),
+    Row<CPathRollerCoasterLeft>("RollerCoasterLeft", kFly, 2),
+    Row<CPathRollerCoasterRight>("RollerCoasterRight", kFly, 2),
+    Row<CPathRollingLeft>("RollingLeft", kRotate, 1),
+    Row<CPathRollingRight>("RollingRight", kRotate, 1),
+    Row<CPathRotateCCW>("RotateCCW", kRotate, 2),
+    Row<CPathRotateCW>("RotateCW", kRotate, 2),
+    Row<CPathScrollDown>("ScrollDown", kRollAndCrawl, 2),
+    Row<CPathScrollLeft>("ScrollLeft", kRollAndCrawl, 2),
+    Row<CPathScrollRight>("ScrollRight", kRollAndCrawl, 2),
+    Row<CPathScrollUp>("ScrollUp", kRollAndCrawl, 2),
+    Row<CPathSlideDown>("SlideDown", kSlide, 1),
+    Row<CPathSlideLeft>("SlideLeft", kSlide, 1),
+    Row<CPathSlideRight>("SlideRight", kSlide, 1),
+    Row<CPathSlideUp>("SlideUp", kSlide, 1),
+    Row<CPathSoloDown>("SoloDown", kSlide, 1),
+    Row<CPathSoloLeft>("SoloLeft", kSlide, 1),
+    Row<CPathSoloRight>("SoloRight", kSlide, 1),
+    Row<CPathSoloUp>("SoloUp", kSlide, 1),
+    Row<CPathSpiral>("Spiral", kFly, 2),
+    Row<CPathSwarmLeft>("SwarmLeft", kFly, 1),
+    Row<CPathSwarmRight>("SwarmRight", kFly, 1),
+    Row<CPathSwirl>("Swirl", kRotate, 2),
+    Row<CPathTranceCCW>("TranceCCW", kRotate, 1, 2),
+    Row<CPathTranceCW>("TranceCW", kRotate, 1, 2),
+    Row<CPathTranceCenter>("TranceCenter", kSpecial, 1, 2),
+    Row<CPathTranceDown>("TranceDown", kSlide, 1, 2),
+    Row<CPathTranceLeft>("TranceLeft", kSlide, 1, 2),
+    Row<CPathTranceRight>("TranceRight", kSlide, 1, 2),
+    Row<CPathTranceUp>("TranceUp", kSlide, 1, 2),
+    Row<CPathTwinkle>("Twinkle", kPopup, 2),
+    Row<CPathUnite>("Unite", kSpecial, 1),
+    Row<CPathWave>("Wave", kFly, 2),
+    Row<CPathWindshieldLeft>("WindshieldLeft", kFly, 1),
+    Row<CPathWindshieldRight>("WindshieldRight", kFly, 1),
+    Row<CPathWipeDown>("WipeDown", kWipe, 2),
+    Row<CPathWipeLeft>("WipeLeft", kWipe, 2),
+    Row<CPathWipeRight>("WipeRight", kWipe, 2),
+    Row<CPathWipeUp>("WipeUp", kWipe, 2),
+    Row<CPathFlip>("Flip", kSpecial, 1),
     Row<CPathFade>("Fade", kWipe, 2),
-    Row("RotateInwards", kRotate, 1),
-    Row("RotateOutwards", kRotate, 1),
+    Row<CPathRotateInwards>("RotateInwards", kRotate, 1),
+    Row<CPathRotateOutwards>("RotateOutwards", kRotate, 1),
     Row("BlurLeft", kSpecial, 1, 1, kOnImage),
     Row("BlurRight", kSpecial, 1, 1, kOnImage),
     Row("PerspectiveScroll", kRollAndCrawl, 1, 1, kOnImage),
@@ -143,6 +152,12 @@ const PathCatalogEntry* FindPath(std::string_view name) {
     const auto row =
         std::ranges::find_if(kCatalog, [&](const PathCatalogEntry& entry) { return name == entry.PathName; });
     return row == kCatalog.end() ? nullptr : &*row;
+}
+
+PathMaker* FindPathMaker(std::string_view name) {
+    if (name == "PATH_SCROLLNRESIZE") return Make<CPathScrollNResize>;
+    const PathCatalogEntry* const row = FindPath(name);
+    return row == nullptr ? nullptr : row->Make;
 }
 
 }  // namespace captionfx

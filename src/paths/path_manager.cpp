@@ -7,9 +7,8 @@
 namespace captionfx {
 
 CPathBase* CPathManager::CreatePath(std::string_view name) {
-    const PathCatalogEntry* const row = FindPath(name);
-    if (row == nullptr || row->Make == nullptr) return nullptr;
-    return paths_.emplace_back(row->Make()).get();
+    PathMaker* const make = FindPathMaker(name);
+    return make == nullptr ? nullptr : paths_.emplace_back(make()).get();
 }
 
 int32_t CPathManager::DeletePath(CPathBase* path) {

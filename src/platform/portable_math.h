@@ -15,5 +15,11 @@ inline constexpr double kPi64 = 3.141592653589793;
 [[nodiscard]] inline float CosF(float radians) {
     return static_cast<float>(std::cos(static_cast<double>(radians)));
 }
+[[nodiscard]] inline float ExpF(float x) {
+    return static_cast<float>(std::exp(static_cast<double>(x)));
+}
+[[nodiscard]] inline float Atan2F(float y, float x) {
+    return static_cast<float>(std::atan2(static_cast<double>(y), static_cast<double>(x)));
+}
 
 }  // namespace captionfx

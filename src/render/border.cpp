@@ -19,7 +19,9 @@ int16_t KernelValue(int32_t x, int32_t y, double rx, double ry) {
     if (x == 0 && y == 0) return 255;
     const double xx = static_cast<double>(x) * x, yy = static_cast<double>(y) * y;
     const double d2 = xx + yy;
-    const double e = std::sqrt(d2 / (yy * (rx * rx) + xx * (ry * ry)));
+    const double weighed = yy * (rx * rx) + xx * (ry * ry);
+    if (weighed == 0) return 0;  // along a radius of 0
+    const double e = std::sqrt(d2 / weighed);
     const double v = e * rx * ry - std::sqrt(d2);
     if (v > 1) return 255;
     if (v < -1) return -255;

@@ -3,9 +3,11 @@
 #include <cstdlib>
 #include <functional>
 #include <new>
+#include <utility>
 
 #include <gtest/gtest.h>
 
+#include "paths/placement_rows.h"
 #include "support/fake_platform.h"
 #include "support/title_text.h"
 
@@ -145,6 +147,17 @@ TEST(OutOfMemoryTest, ResettingSaysSo) {
                        EXPECT_EQ(font.Size, result == kTitleOk ? 24 : 64);
                        if (result == kTitleOk) owner.Title.AddString();
                    });
+}
+
+TEST(OutOfMemoryTest, PlacingACharacterNeedsNone) {
+    for (const PathCatalogEntry& row : PathCatalog()) {
+        if (row.Make == nullptr || row.ImageBased != 0) continue;
+        const std::unique_ptr<CPathBase> path = Bound(row.Make, kTwoLines);
+        CharPlacement at{};
+        allocationsLeft = 1000;
+        for (int32_t step = 0; step < 20; ++step) path->CalcCharacter(step % 2, 1, static_cast<float>(step) / 19, &at);
+        EXPECT_EQ(std::exchange(allocationsLeft, -1), 1000) << row.PathName;
+    }
 }
 
 }  // namespace

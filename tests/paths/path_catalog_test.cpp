@@ -9,6 +9,7 @@
 #include "paths/path_manager.h"
 #include "paths/path_random.h"
 #include "paths/reveal_paths.h"
+#include "paths/travel_paths.h"
 
 namespace captionfx::test {
 namespace {
@@ -51,7 +52,8 @@ TEST(PathCatalogTest, NamesAreComparedWholeAndCaseSensitively) {
     EXPECT_EQ(manager.PathCount(), 0U);
     EXPECT_NE(dynamic_cast<CPathFade*>(manager.CreatePath("PATH_FADE")), nullptr);
     EXPECT_NE(dynamic_cast<CPathNoEffect*>(manager.CreatePath("PATH_NOEFFECT")), nullptr);
-    EXPECT_EQ(manager.PathCount(), 2U);
+    EXPECT_NE(dynamic_cast<CPathScrollNResize*>(manager.CreatePath("PATH_SCROLLNRESIZE")), nullptr) << "without a row";
+    EXPECT_EQ(manager.PathCount(), 3U);
 }
 
 TEST(PathCatalogTest, EffectsAreHandedBack) {

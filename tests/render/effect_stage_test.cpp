@@ -47,8 +47,8 @@ struct EffectStageTest : testing::Test {
             s.DestinationAlpha = 1;
         });
     }
-    /// Binds a double to the first string, under the name of an effect without a class: PATH_FLIP has one pass,
-    /// PATH_TRANCEUP two, PATH_GLOW works on the image.
+    /// Binds a double to the first string in the place of the effect named: PATH_FLIP has one pass, PATH_TRANCEUP two,
+    /// PATH_GLOW works on the image.
     Double& Bind(const char* name) {
         MetaString& string = owner.String();
         SetText(string.PathID, name);
