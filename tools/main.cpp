@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/console.h"
+#include "tools/effects_command.h"
 #include "tools/render_command.h"
 
 namespace captionfx {
@@ -20,15 +21,23 @@ int RunCommandLine(int argc, const char* const* argv) {
     app.set_version_flag("--version", "captionfx " CAPTIONFX_VERSION);
     RenderRequest request;
     const CLI::App* const render = AddRenderCommand(app, request);
+    EffectsRequest effectsRequest;
+    const CLI::App* const effects = AddEffectsCommand(app, effectsRequest);
 
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& helpOrVersion) {
         return app.exit(helpOrVersion);
     } catch (const CLI::ParseError& error) {
-        const char* const command = render->parsed() ? "captionfx render" : "captionfx";
+        const char* const command = render->parsed()    ? "captionfx render"
+                                    : effects->parsed() ? "captionfx effects"
+                                                        : "captionfx";
         PrintLine(std::string(error.what()) + " (see '" + command + " --help')");
         return kWrongArguments;
+    }
+    if (effects->parsed()) {
+        ListOrDrawEffects(effectsRequest);
+        return EXIT_SUCCESS;
     }
     if (!render->parsed()) {
         PrintLine("a command is needed: 'captionfx render' draws a frame (see 'captionfx --help')");
