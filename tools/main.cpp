@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/console.h"
+#include "tools/effects_command.h"
 #include "tools/render_command.h"
 #include "tools/show_command.h"
 
@@ -21,8 +22,10 @@ int RunCommandLine(int argc, const char* const* argv) {
     app.set_version_flag("--version", "captionfx " CAPTIONFX_VERSION);
     RenderRequest renderRequest;
     ShowRequest showRequest;
+    EffectsRequest effectsRequest;
     const CLI::App* const render = AddRenderCommand(app, renderRequest);
     const CLI::App* const show = AddShowCommand(app, showRequest);
+    const CLI::App* const effects = AddEffectsCommand(app, effectsRequest);
 
     try {
         app.parse(argc, argv);
@@ -40,6 +43,7 @@ int RunCommandLine(int argc, const char* const* argv) {
     }
     if (render->parsed()) Render(renderRequest);
     if (show->parsed()) Show(showRequest);
+    if (effects->parsed()) ListOrDrawEffects(effectsRequest);
     return EXIT_SUCCESS;
 }
 

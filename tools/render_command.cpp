@@ -9,34 +9,18 @@
 
 #include <captionfx/caption_fx.h>
 
+#include "tools/colors.h"
 #include "tools/console.h"
 #include "tools/frame_times.h"
+#include "tools/option_value.h"
 #include "tools/output_file.h"
 #include "tools/png_file.h"
 #include "tools/title_file.h"
 #include "tools/title_handle.h"
-#include "tools/value_option.h"
+#include "tools/title_setup.h"
 
 namespace captionfx {
 namespace {
-
-void SetFrame(IKVT_CaptionFx& title, const RenderRequest& request) {
-    TitleRenderSettings settings{};
-    title.GetRenderSettings(&settings);
-    settings.AntialiasMode = 0;
-    settings.DestinationAlpha = request.background ? 0 : 1;
-    settings.Width = request.frame.width;
-    settings.Height = request.frame.height;
-    settings.ClipRect = {0, 0, request.frame.width, request.frame.height};
-    title.SetRenderSettings(&settings);
-}
-
-uint32_t GroundPixel(const std::optional<Rgb>& background) {
-    constexpr uint32_t kOpaque = 0xFF000000;
-    if (!background) return 0;
-    return kOpaque | static_cast<uint32_t>(background->red) << 16 | static_cast<uint32_t>(background->green) << 8 |
-           background->blue;
-}
 
 /// Draws one frame over the ground. Returns whether any pixel differs from it.
 bool DrawFrame(IKVT_CaptionFx& title, float time, uint32_t ground, std::span<uint32_t> pixels) {
@@ -47,7 +31,7 @@ bool DrawFrame(IKVT_CaptionFx& title, float time, uint32_t ground, std::span<uin
 }
 
 void WriteFrames(IKVT_CaptionFx& title, const RenderRequest& request) {
-    const uint32_t ground = GroundPixel(request.background);
+    const uint32_t ground = request.background ? OpaquePixel(*request.background) : 0;
     const auto [width, height] = request.frame;
     std::vector<uint32_t> pixels(static_cast<size_t>(width) * static_cast<size_t>(height));
     bool isDrawn = false;
@@ -158,7 +142,7 @@ CLI::App* AddRenderCommand(CLI::App& app, RenderRequest& request) {
 
 void Render(const RenderRequest& request) {
     const TitleHandle title = MakeTitle();
-    SetFrame(*title, request);
+    SetFrame(*title, request.frame, request.background ? Ground::kOpaque : Ground::kTransparent);
     if (request.titleFile.empty()) {
         AddTypedTitle(*title, request.typed, request.frame);
     } else {

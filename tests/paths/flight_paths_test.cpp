@@ -60,6 +60,15 @@ TEST(FlightPathsTest, BeforeAndBehindTheCurve) {
     EXPECT_EQ(PlacementIn(odd, "PATH_SWARMLEFT", 0, 0, std::numeric_limits<float>::quiet_NaN()).Alpha, 0);
 }
 
+// A string far above the canvas puts marks into the table itself: its line at -1000 is 0 after point 7's 0.7, from
+// point to point. (0.3125, 0.8 + 3 * 0.7 + 3 * 0.7 + 0.7 over 8) towards (1, -0.1).
+TEST(FlightPathsTest, CoordinatesOfTheStringMayBeMarks) {
+    const PathScene above{.height = 1, .string = {100, -1000, 80, 60}, .boxes = {{100, -1000, 20, 40, 100, -970}}};
+    ExpectPlacements(
+        above,
+        {{"PATH_ROLLERCOASTERLEFT", 0, 0, 0.625F + kLag, {125 - 10 + kMarkError, 0.7125F, 1, 1, -185.7106F, 255}}});
+}
+
 TEST(FlightPathsTest, NothingDividesByAnEmptyStringOrCanvas) {
     const PathScene empty{.width = 0, .height = 0, .string = {5, 6, 0, 0}, .boxes = {{5, 6, 0, 0, 5, 6}}};
     for (const char* name : {"PATH_ROLLERCOASTERLEFT", "PATH_SWARMRIGHT"}) {

@@ -1,0 +1,54 @@
+// How the commands set up a title. Lengths are document units, which are pixels in a frame of the tool.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include <captionfx/caption_fx.h>
+
+#include "tools/argument_values.h"
+
+namespace captionfx {
+
+// The getters of styles fill in the title's default for an index that names nothing.
+inline constexpr int32_t kDefaults = -1;
+
+enum class Ground { kTransparent, kOpaque };
+
+/// Sets the size of the frames and the finest edges. An opaque ground has alpha 255 everywhere.
+void SetFrame(IKVT_CaptionFx& title, FrameSize frame, Ground ground);
+
+struct TextFont {
+    std::u16string name;
+    float size;
+    bool bold = false, italic = false;
+};
+
+/// Sets the font for new text.
+void SetFont(IKVT_CaptionFx& title, const TextFont& font);
+
+/// Notes on standard error where another font stands in for the one that was set, `name`.
+void NoteFontSubstitute(IKVT_CaptionFx& title, const std::u16string& name);
+
+/// Lets the lines of new strings stand in the middle.
+void AlignInTheMiddle(IKVT_CaptionFx& title);
+
+/// What a string shows; without an effect or a progress the library's own.
+struct TextString {
+    std::u16string text;
+    std::optional<std::string> effect;
+    std::optional<float> progress;
+};
+
+/// Adds a string with its upper left corner at `corner` and the defaults of the title. Returns its index. Throws
+/// std::bad_alloc.
+int32_t AddString(IKVT_CaptionFx& title, const TextString& string, Position corner);
+
+/// Width and height of a text in the defaults of the title, which must hold no strings. Throws std::bad_alloc.
+[[nodiscard]] TitleRectF MeasureText(IKVT_CaptionFx& title, const std::u16string& text);
+
+/// Upper left corner that puts the text into the middle of the frame. Whole pixels, since a glyph between two pixels is
+/// a little softer. As MeasureText.
+[[nodiscard]] Position CentredCorner(IKVT_CaptionFx& title, const std::u16string& text, FrameSize frame);
+
+}  // namespace captionfx
