@@ -154,6 +154,7 @@ Met MeetPixel(const std::array<EyeCorner, 3>& corners, int32_t x, int32_t y, int
     // A pixel's ray goes through its far corner; the frame is 1 wide at the distance of 1.
     const auto ray = [side](int32_t i) { return (i - side / 2 + 1) / static_cast<double>(side); };
     const auto [f, g] = Meet(corners, ray(x), ray(y));
+    if (!std::isfinite(f) || !std::isfinite(g)) return {0, 0, -1};  // along the plane
     const auto& [a, b, c] = corners;
     const auto texel = [](double whole) { return std::clamp(static_cast<int32_t>(std::floor(whole * 256)), 0, 255); };
     const double z = b.z + f * (a.z - b.z) + g * (c.z - b.z);
@@ -206,8 +207,7 @@ TEST(SglPictures, TexturesInPerspectiveAreThoseOfThePixelByPixelWay) {
                     const Met& m = met[met[0].depthInside > met[1].depthInside ? 0 : 1];
                     const auto i = static_cast<size_t>(y * kSide + x);
                     if (m.depthInside > 0) reference[i] = 0xFF000000 | static_cast<uint32_t>(m.u << 16 | m.v);
-                    if (!(m.depthInside > 0.03))
-                        continue;  // a pixel or more from the edges; rays along the plane meet it nowhere
+                    if (!(m.depthInside > 0.03)) continue;  // a pixel or more from the edges
                     ASSERT_NE(drawn[i], 0U) << x << ", " << y;
                     worst = std::max({worst, std::abs(static_cast<int32_t>(drawn[i] >> 16 & 255) - m.u),
                                       std::abs(static_cast<int32_t>(drawn[i] & 255) - m.v)});
