@@ -34,7 +34,8 @@ struct BoxMesh {
                                     int32_t red, int32_t green, int32_t blue);
 
 /// Puts a picture on the front of a box; a mesh that is no box stays as it is. `points` are those of the front's
-/// corners (xMin, yMin), (xMax, yMin), (xMin, yMax) and (xMax, yMax).
+/// corners (xMin, yMin), (xMax, yMin), (xMin, yMax) and (xMax, yMax). A picture of a single row or column shows
+/// nothing: its points all fall on one texel.
 void SetBoxFaceTexture(BoxMesh& mesh, const uint32_t* pixels, int32_t width, int32_t height,
                        const std::array<PicturePoint, 4>& points);
 
