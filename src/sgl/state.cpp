@@ -20,7 +20,7 @@ uint32_t Word(uint8_t r, uint8_t g, uint8_t b, uint8_t a) {
 }
 
 bool FitsAFrame(int32_t width, int32_t height) {
-    return width >= 0 && height >= 0 && int64_t{width} * height * 4 <= std::numeric_limits<int32_t>::max();
+    return width >= 0 && height >= 0 && int64_t{width} * height <= std::numeric_limits<int32_t>::max() / 4;
 }
 
 Vec3 Narrow(double x, double y, double z) {

@@ -32,9 +32,10 @@ Pixels PictureOfText(int32_t width, int32_t height, int32_t lift) {
         for (int32_t x = 0; x < width; ++x) {
             const int32_t row = (y + lift) / 4, column = x / 4;
             const auto& letter = column / 6 % 2 == 0 ? kLetterF : kLetterG;
-            const bool inLetter = row % 9 < 7 && column % 6 < 5 && (letter[row % 9] >> (4 - column % 6) & 1) != 0;
+            const bool inLetter =
+                row % 9 < 7 && column % 6 < 5 && (letter[static_cast<size_t>(row % 9)] >> (4 - column % 6) & 1) != 0;
             const bool inFrame = std::min({x, y, width - 1 - x, height - 1 - y}) < 2;
-            const uint32_t shade = static_cast<uint32_t>(y * 255 / height);
+            const auto shade = static_cast<uint32_t>(y * 255 / height);
             pixels[static_cast<size_t>(y * width + x)] = inFrame    ? 0xFFFFFFFF
                                                          : inLetter ? 0xFFFFC000 | shade
                                                                     : 0x80002040;
@@ -145,82 +146,89 @@ std::array<double, 2> Meet(const std::array<EyeCorner, 3>& corners, double x, do
     return {replaced(0), replaced(1)};
 }
 
-/// Each pixel by itself, in double: which texel of a 256 x 256 picture its ray meets, and how far inside the triangle.
+constexpr int32_t kSide = 256;  // of the frame, and of a picture whose texels tell where they are from
+
+/// What a pixel's ray meets: a texel, and how far inside; below 0 outside.
 struct Met {
     int32_t u, v;
-    double depthInside;  ///< Below 0 outside.
+    double inside;
 };
-Met MeetPixel(const std::array<EyeCorner, 3>& corners, int32_t x, int32_t y, int32_t side) {
-    // A pixel's ray goes through its far corner; the frame is 1 wide at the distance of 1.
-    const auto ray = [side](int32_t i) { return (i - side / 2 + 1) / static_cast<double>(side); };
+
+/// Each pixel by itself, in double. Its ray goes through its far corner; the frame is 1 wide at the distance of 1.
+Met MeetPixel(const std::array<EyeCorner, 3>& corners, int32_t x, int32_t y) {
+    const auto ray = [](int32_t i) { return (i - kSide / 2 + 1) / static_cast<double>(kSide); };
     const auto [f, g] = Meet(corners, ray(x), ray(y));
     if (!std::isfinite(f) || !std::isfinite(g)) return {0, 0, -1};  // along the plane
     const auto& [a, b, c] = corners;
-    const auto texel = [](double whole) { return std::clamp(static_cast<int32_t>(std::floor(whole * 256)), 0, 255); };
-    const double z = b.z + f * (a.z - b.z) + g * (c.z - b.z);
-    return {texel(b.s + f * (a.s - b.s) + g * (c.s - b.s)), texel(b.t + f * (a.t - b.t) + g * (c.t - b.t)),
-            std::min({f, g, 1 - f - g, z - 1})};
+    const auto at = [f = f, g = g](double ofA, double ofB, double ofC) {
+        return ofB + f * (ofA - ofB) + g * (ofC - ofB);
+    };
+    const auto texel = [](double whole) { return std::clamp(static_cast<int32_t>(std::floor(whole * kSide)), 0, 255); };
+    return {texel(at(a.s, b.s, c.s)), texel(at(a.t, b.t, c.t)), std::min({f, g, 1 - f - g, at(a.z, b.z, c.z) - 1})};
 }
 
-// A texel tells where it is from. Where the distance is the same along a row the two ways differ by the last bits of
-// the planes, a texel at most. Where the picture recedes along the row, 32 pixels are stepped evenly, and the chord
-// leaves the curve: on the wall 32 columns from the ray 0.1 reach 0.225, the distance (0.9 / ray) goes from 9 to 4 and
-// is 5.5 in the middle, not 6.5. That is 1 / 7 of 256 texels: 36. (Corners are at whole texels here, so that cutting
-// them costs nothing.)
+using Halves = std::array<std::array<EyeCorner, 3>, 2>;
+
+Pixels DrawHalves(const Halves& halves, int32_t rasterMode, const Pixels& picture) {
+    const PixelCanvas canvas(kSide, kSide, rasterMode);
+    canvas.gl->MatrixMode(SGL_PROJECTION);
+    canvas.gl->Frustum(-0.5, 0.5, -0.5, 0.5, 1, 500);
+    canvas.gl->MatrixMode(SGL_MODELVIEW);
+    canvas.BindPicture(1, picture, kSide);
+    for (const auto& corners : halves) {
+        std::array<Corner, 3> narrowed;
+        for (size_t i = 0; i < 3; ++i) {
+            const EyeCorner& e = corners[i];
+            narrowed[i] = {static_cast<float>(e.x), static_cast<float>(e.y), static_cast<float>(e.z), e.s, e.t};
+        }
+        canvas.Triangle(narrowed);
+    }
+    return canvas.Pixels();
+}
+
+// Where the distance is the same along a row the two ways differ by the last bits of the planes, a texel at most. Where
+// the picture recedes along the row, 32 pixels are stepped evenly, and the chord leaves the curve: on the wall 32
+// columns from the ray 0.1 reach 0.225, the distance (0.9 / ray) goes from 9 to 4 and is 5.5 in the middle, not 6.5.
+// That is 1 / 7 of 256 texels: 36. (Corners are at whole texels here, so that cutting them costs nothing.)
 TEST(SglPictures, TexturesInPerspectiveAreThoseOfThePixelByPixelWay) {
-    constexpr int32_t kSide = 256;
-    Pixels picture(256 * 256);
-    for (uint32_t i = 0; i < picture.size(); ++i) picture[i] = 0xFF000000 | (i & 255) << 16 | i >> 8;
     struct Quad {
+        const char* name;
         EyeCorner a, b, c, d;
         int32_t most;  ///< Difference, in texels.
     };
     constexpr Quad kQuads[] = {
-        // a floor, a wall to the right, one that crosses the near distance, one that leaves the frame on all sides
-        {{-1, 0.8, 2, 0, 0}, {-1, 0.8, 6, 0, 1}, {1, 0.8, 6, 1, 1}, {1, 0.8, 2, 1, 0}, 1},
-        {{0.9, -0.7, 2, 0, 0}, {0.9, 0.7, 2, 0, 1}, {0.9, 0.7, 9, 1, 1}, {0.9, -0.7, 9, 1, 0}, 36},
-        {{-0.3, 0.4, -1, 0, 0}, {-1.5, 0.4, 5, 0, 1}, {1.5, -0.4, 5, 1, 1}, {0.3, 0.2, -1, 1, 0}, 11},
-        {{-3, -2, 3, 0, 0}, {-3, 3, 4, 0, 1}, {4, 3, 3, 1, 1}, {3, -3, 5, 1, 0}, 1},
+        {"floor", {-1, 0.8, 2, 0, 0}, {-1, 0.8, 6, 0, 1}, {1, 0.8, 6, 1, 1}, {1, 0.8, 2, 1, 0}, 1},
+        {"wall", {0.9, -0.7, 2, 0, 0}, {0.9, 0.7, 2, 0, 1}, {0.9, 0.7, 9, 1, 1}, {0.9, -0.7, 9, 1, 0}, 36},
+        {"from behind", {-0.3, 0.4, -1, 0, 0}, {-1.5, 0.4, 5, 0, 1}, {1.5, -0.4, 5, 1, 1}, {0.3, 0.2, -1, 1, 0}, 11},
+        {"beyond the frame", {-3, -2, 3, 0, 0}, {-3, 3, 4, 0, 1}, {4, 3, 3, 1, 1}, {3, -3, 5, 1, 0}, 1},
     };
-    Pixels both;
-    for (const int32_t rasterMode : {0, kFloatRasterMode}) {
-        for (const Quad& quad : kQuads) {
-            const PixelCanvas canvas(kSide, kSide, rasterMode);
-            canvas.gl->MatrixMode(SGL_PROJECTION);
-            canvas.gl->Frustum(-0.5, 0.5, -0.5, 0.5, 1, 500);
-            canvas.BindPicture(1, picture, 256);
-            const std::array<EyeCorner, 3> halves[] = {{quad.a, quad.b, quad.c}, {quad.c, quad.d, quad.a}};
-            Pixels reference(kSide * kSide);
-            for (const auto& corners : halves) {
-                const auto canvasCorner = [&](size_t i) {
-                    const EyeCorner& e = corners[i];
-                    return Corner{static_cast<float>(e.x), static_cast<float>(e.y), static_cast<float>(e.z), e.s, e.t};
-                };
-                canvas.gl->MatrixMode(SGL_MODELVIEW);
-                canvas.Triangle({canvasCorner(0), canvasCorner(1), canvasCorner(2)});
-            }
-            const Pixels drawn = canvas.Pixels();
+    Pixels picture(size_t{kSide} * kSide), all;
+    for (uint32_t i = 0; i < picture.size(); ++i) picture[i] = 0xFF000000 | (i & 255) << 16 | i >> 8;
+    for (const Quad& quad : kQuads) {
+        const Halves halves = {{{quad.a, quad.b, quad.c}, {quad.c, quad.d, quad.a}}};
+        Pixels reference(picture.size());
+        std::vector<Met> met;
+        for (int32_t i = 0; i < kSide * kSide; ++i) {
+            const Met first = MeetPixel(halves[0], i % kSide, i / kSide),
+                      second = MeetPixel(halves[1], i % kSide, i / kSide);
+            const Met& m = met.emplace_back(first.inside > second.inside ? first : second);
+            if (m.inside > 0) reference[static_cast<size_t>(i)] = 0xFF000000 | static_cast<uint32_t>(m.u << 16 | m.v);
+        }
+        all.insert(all.end(), reference.begin(), reference.end());
+        for (const int32_t rasterMode : {0, kFloatRasterMode}) {
+            const Pixels drawn = DrawHalves(halves, rasterMode, picture);
+            all.insert(all.end(), drawn.begin(), drawn.end());
             int32_t worst = 0;
-            for (int32_t y = 0; y < kSide; ++y) {
-                for (int32_t x = 0; x < kSide; ++x) {
-                    const Met met[] = {MeetPixel(halves[0], x, y, kSide), MeetPixel(halves[1], x, y, kSide)};
-                    const Met& m = met[met[0].depthInside > met[1].depthInside ? 0 : 1];
-                    const auto i = static_cast<size_t>(y * kSide + x);
-                    if (m.depthInside > 0) reference[i] = 0xFF000000 | static_cast<uint32_t>(m.u << 16 | m.v);
-                    if (!(m.depthInside > 0.03)) continue;  // a pixel or more from the edges
-                    ASSERT_NE(drawn[i], 0U) << x << ", " << y;
-                    worst = std::max({worst, std::abs(static_cast<int32_t>(drawn[i] >> 16 & 255) - m.u),
-                                      std::abs(static_cast<int32_t>(drawn[i] & 255) - m.v)});
-                }
+            for (size_t i = 0; i < drawn.size(); ++i) {
+                if (met[i].inside < 0.03) continue;  // a pixel or more from the edges
+                ASSERT_NE(drawn[i], 0U) << quad.name << " at " << i % kSide << ", " << i / kSide;
+                worst = std::max({worst, std::abs(static_cast<int32_t>(drawn[i] >> 16 & 255) - met[i].u),
+                                  std::abs(static_cast<int32_t>(drawn[i] & 255) - met[i].v)});
             }
-            EXPECT_LE(worst, quad.most) << "quad " << (&quad - kQuads) << ", raster mode " << rasterMode;
-            for (size_t y = 0; y < kSide; ++y) {
-                both.insert(both.end(), drawn.begin() + y * kSide, drawn.begin() + (y + 1) * kSide);
-                both.insert(both.end(), reference.begin() + y * kSide, reference.begin() + (y + 1) * kSide);
-            }
+            EXPECT_LE(worst, quad.most) << quad.name << ", raster mode " << rasterMode;
         }
     }
-    WritePicture("sgl_perspective", both, 2 * kSide);
+    WritePicture("sgl_perspective", all, kSide);
 }
 
 }  // namespace

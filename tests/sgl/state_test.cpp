@@ -245,8 +245,7 @@ TEST(SglState, ManyTrianglesAreNoneTooMany) {
     SGLGen& gl = *canvas.gl;
     gl.Begin(SGL_TRIANGLES);
     for (int32_t i = 0; i < 600; ++i) {
-        const auto y = static_cast<float>(i);
-        const double corners[][3] = {{0, y, -1}, {2, y, -1}, {0, y + 1, -1}};
+        const double y = i, corners[][3] = {{0, y, -1}, {2, y, -1}, {0, y + 1, -1}};
         for (const auto& corner : corners) {
             gl.Color3ub(0, static_cast<uint8_t>(i >> 8), static_cast<uint8_t>(&corner == &corners[2] ? i : 99));
             gl.Vertex3dv(corner);
