@@ -26,13 +26,14 @@ float TexturePosition(int32_t side, float position) {
     return static_cast<float>(side - 1) * position / static_cast<float>(side);
 }
 
+/// Byte by byte, cut. Two bytes at once: sums of four need ten bits.
 uint32_t MeanOfFour(uint32_t a, uint32_t b, uint32_t c, uint32_t d) {
-    uint32_t mean = 0;
-    for (uint32_t shift = 0; shift < 32; shift += 8) {
-        const uint32_t sum = (a >> shift & 0xFF) + (b >> shift & 0xFF) + (c >> shift & 0xFF) + (d >> shift & 0xFF);
-        mean |= sum >> 2 << shift;
-    }
-    return mean;
+    constexpr uint32_t kTwoBytes = 0x00FF00FF;
+    const auto mean = [&](uint32_t shift) {
+        const auto pair = [shift](uint32_t word) { return word >> shift & kTwoBytes; };
+        return (pair(a) + pair(b) + pair(c) + pair(d)) >> 2 & kTwoBytes;
+    };
+    return mean(8) << 8 | mean(0);
 }
 
 }  // namespace
@@ -262,10 +263,11 @@ void PathScene::DrawTriangles() {
 /// What is in the frame already survives beneath the triangles.
 void PathScene::DoubleOutput() {
     const auto width = static_cast<size_t>(width_), height = static_cast<size_t>(height_);
-    for (size_t y = 0; y < 2 * height; ++y) {
-        const uint32_t* in = outputFrame_ + y / 2 * width;
-        uint32_t* out = doubleFrame_.get() + y * 2 * width;
-        for (size_t x = 0; x < 2 * width; ++x) out[x] = in[x / 2];
+    for (size_t y = 0; y < height; ++y) {
+        const uint32_t* in = outputFrame_ + y * width;
+        uint32_t* out = doubleFrame_.get() + 2 * y * 2 * width;
+        for (size_t x = 0; x < width; ++x) out[2 * x] = out[2 * x + 1] = in[x];
+        std::copy_n(out, 2 * width, out + 2 * width);
     }
 }
 

@@ -13,7 +13,6 @@ namespace {
 
 using Pixels = std::vector<uint32_t>;
 
-#if defined(__GNUC__)
 /// A pointer to a virtual operation holds its offset in the table, plus 1; destructors take the first two places.
 template <class Operation>
 size_t SlotOf(Operation operation) {
@@ -42,7 +41,6 @@ TEST(SglState, OperationsKeepTheirSlots) {
     ASSERT_EQ(slots.size(), 47U);
     for (size_t i = 0; i < slots.size(); ++i) EXPECT_EQ(slots[i], i + 1);
 }
-#endif
 
 TEST(SglState, StatusOfEachRefusal) {
     constexpr int32_t kMost = std::numeric_limits<int32_t>::max();
