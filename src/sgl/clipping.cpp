@@ -118,49 +118,50 @@ bool LiesInFrame(const ScreenProjection& s, const ScreenPolygon& polygon) {
     });
 }
 
+/// Where 0 lies on a side of `pixels` that shows `least` to `greatest`.
+int32_t AxisPosition(float least, float greatest, int32_t pixels) {
+    return ToInt32(static_cast<double>(-least) / static_cast<double>(greatest - least) * pixels);
+}
+
 }  // namespace
 
 ScreenProjection::ScreenProjection(bool isPerspective, int32_t width, int32_t height, const ViewVolume& v)
     : perspective(isPerspective),
+      projScale(static_cast<float>(width) * (isPerspective ? v.nearZ : 1.0f) / (v.right - v.left)),
+      centerXi(AxisPosition(v.left, v.right, width)),
+      centerYi(AxisPosition(v.a, v.b, height)),
       clipRightI(width),
       clipBottomI(height),
+      centerX(static_cast<float>(centerXi)),
+      centerY(static_cast<float>(centerYi)),
       clipRight(static_cast<float>(width)),
       clipBottom(static_cast<float>(height)),
-      nearZ(v.nearZ) {
-    const auto center = [](float least, float greatest, int32_t side) {
-        return ToInt32(static_cast<double>(-least) / static_cast<double>(greatest - least) * side);
-    };
-    centerXi = center(v.left, v.right, width);
-    centerYi = center(v.a, v.b, height);
-    centerX = static_cast<float>(centerXi);
-    centerY = static_cast<float>(centerYi);
-    projScale = (perspective ? clipRight * nearZ : clipRight) / (v.right - v.left);
-}
+      nearZ(v.nearZ) {}
 
-bool ClipTriangle(const ScreenProjection& s, const SGLTriangle& triangle, const std::array<Rgb, 3>& colors,
+bool ClipTriangle(const ScreenProjection& projection, const SGLTriangle& triangle, const std::array<Rgb, 3>& colors,
                   ScreenPolygon& result) {
     ClipPolygon corners;
     for (size_t i = 0; i < 3; ++i) {
         const Vec3& eye = triangle.corners[i]->eye;
         corners.Append({eye.x, eye.y, eye.z, colors[i]});
     }
-    ClipPolygon polygon = ClipNear(corners, s.nearZ);
-    Project(s, polygon);
+    ClipPolygon polygon = ClipNear(corners, projection.nearZ);
+    Project(projection, polygon);
 
     const auto reaches = [&](auto beyond) {
         return std::any_of(polygon.corners.begin(), polygon.corners.begin() + polygon.count, beyond);
     };
-    const bool left = reaches([&](const ClipVertex& v) { return v.x < s.clipLeft; });
-    const bool right = reaches([&](const ClipVertex& v) { return v.x > s.clipRight; });
-    const bool top = reaches([&](const ClipVertex& v) { return v.y < s.clipTop; });
-    const bool bottom = reaches([&](const ClipVertex& v) { return v.y > s.clipBottom; });
+    const bool left = reaches([&](const ClipVertex& v) { return v.x < projection.clipLeft; });
+    const bool right = reaches([&](const ClipVertex& v) { return v.x > projection.clipRight; });
+    const bool top = reaches([&](const ClipVertex& v) { return v.y < projection.clipTop; });
+    const bool bottom = reaches([&](const ClipVertex& v) { return v.y > projection.clipBottom; });
     const auto atLeast = [](float value, float limit) { return value >= limit; };
     const auto atMost = [](float value, float limit) { return value <= limit; };
-    if (left) ClipToLimit(polygon, s.clipLeft, &ClipVertex::x, &ClipVertex::y, atLeast);
-    if (right) ClipToLimit(polygon, s.clipRight, &ClipVertex::x, &ClipVertex::y, atMost);
-    if (top) ClipToLimit(polygon, s.clipTop, &ClipVertex::y, &ClipVertex::x, atLeast);
-    result = ClipBottomAndConvert(polygon, s.clipBottom, bottom);
-    return result.count > 0 && LiesInFrame(s, result);
+    if (left) ClipToLimit(polygon, projection.clipLeft, &ClipVertex::x, &ClipVertex::y, atLeast);
+    if (right) ClipToLimit(polygon, projection.clipRight, &ClipVertex::x, &ClipVertex::y, atMost);
+    if (top) ClipToLimit(polygon, projection.clipTop, &ClipVertex::y, &ClipVertex::x, atLeast);
+    result = ClipBottomAndConvert(polygon, projection.clipBottom, bottom);
+    return result.count > 0 && LiesInFrame(projection, result);
 }
 
 }  // namespace sgl

@@ -59,7 +59,7 @@ void RasterizerGen::FillFlatRows(const ScanRun& run, const Bgr& color) {
     for (int32_t i = 0; i < run.rows; ++i) {
         const auto [x0, x1] = std::minmax({run.edges[i].left.x, run.edges[i].right.x});
         if (x0 >= projection_.clipRightI || x1 < projection_.clipLeftI) continue;
-        uint32_t* row = frame_ + rowPixels_[static_cast<size_t>(run.firstRow + i)];
+        uint32_t* row = frame_ + FirstPixel(run, i);
         std::fill(row + std::max(x0, projection_.clipLeftI), row + std::min(x1, projection_.clipRightI), word);
     }
 }
@@ -70,7 +70,7 @@ void RasterizerGen::FillFlatRowsWithDepth(const ScanRun& run, const Bgr& color) 
     const uint32_t word = RgbWord(color);
     for (int32_t i = 0; i < run.rows; ++i) {
         const DepthRow row(run.edges[i], projection_);
-        const int32_t first = rowPixels_[static_cast<size_t>(run.firstRow + i)] + row.start;
+        const int32_t first = FirstPixel(run, i) + row.start;
         int32_t z = row.from.z;
         for (int32_t p = first; p < first + row.length; ++p, z = Add(z, row.zStep)) {
             if (PassesDepth(depth_[static_cast<size_t>(p)], z)) frame_[p] = word;
@@ -84,7 +84,7 @@ void RasterizerGen::FillSmooth(const ScreenPolygon& polygon) {
     for (int32_t i = 0; i < run.rows; ++i) {
         const DepthRow row(run.edges[i], projection_);
         if (row.length == 0) continue;
-        const int32_t first = rowPixels_[static_cast<size_t>(run.firstRow + i)] + row.start;
+        const int32_t first = FirstPixel(run, i) + row.start;
         const auto [c0, c1] = std::pair(row.from.color, row.to.color);
         const Rgb step{Subtract(c1.r, c0.r) / row.length, Subtract(c1.g, c0.g) / row.length,
                        Subtract(c1.b, c0.b) / row.length};

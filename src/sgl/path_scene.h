@@ -85,7 +85,7 @@ private:
     void DeleteObjects();
     [[nodiscard]] SceneObject* FindObject(int32_t objectNumber);
     [[nodiscard]] uint32_t NameOf(const SceneTexture& picture);
-    void AddTriangle(SceneObject& object, const BoxTriangle& triangle);
+    void AddTriangle(SceneObject& object, const BoxTriangle& source);
     void DrawTriangles();
     void DoubleOutput();
     void HalveToOutput();

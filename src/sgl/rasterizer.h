@@ -42,6 +42,8 @@ public:
 private:
     [[nodiscard]] std::span<ScanEdge> EdgeTable() const;
     [[nodiscard]] size_t PixelCount() const;
+    /// The index of the first pixel of row `i` of a run.
+    [[nodiscard]] int32_t FirstPixel(const ScanRun& run, int32_t i) const { return rowPixels_.get()[run.firstRow + i]; }
     void MakeDepth();
     void MakeRayTables();
     void FillFlatRows(const ScanRun& run, const Bgr& color);

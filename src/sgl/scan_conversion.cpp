@@ -15,7 +15,7 @@ class EdgeWalk {
 public:
     /// `dy` rows, above 0, in which x moves by `dx`.
     EdgeWalk(int32_t x, int32_t dx, int32_t dy)
-        : x_(x), direction_(dx < 0 ? -1 : 1), dx_(std::abs(dx)), dy_(dy), limit_(dy), step_(1), acc_(dy) {
+        : x_(x), direction_(dx < 0 ? -1 : 1), dx_(std::abs(dx)), dy_(dy), limit_(dy), acc_(dy) {
         if (dx_ < dy_) return;
         // At least a pixel a row: steps of `step_` and of one less.
         step_ = dx_ / dy_;
@@ -45,7 +45,8 @@ private:
     int32_t x_;
     int32_t direction_;
     int32_t dx_, dy_;
-    int32_t limit_, step_, acc_;
+    int32_t limit_, acc_;
+    int32_t step_ = 1;
 };
 
 /// Writes one side of the table, from its start, chain by chain.

@@ -278,6 +278,7 @@ void FillSpans(const SpanSurface& surface, const ScanRun& run, const SGLTriangle
     }
 }
 
+// NOLINTBEGIN(readability-identifier-naming): routines, though the language calls them constants
 constexpr SpanRoutine* SpanOpaqueDepth = FillSpans<WrapMapping, WholeWord, WithDepth>;
 constexpr SpanRoutine* SpanAlphaTestDepth = FillSpans<WrapMapping, AlphaTest, WithDepth>;
 constexpr SpanRoutine* SpanBlendDepth = FillSpans<WrapMapping, Blend<0>, WithDepth>;
@@ -285,6 +286,7 @@ constexpr SpanRoutine* SpanOpaque = FillSpans<ClampMapping, WholeWord, WithoutDe
 constexpr SpanRoutine* SpanAlphaTest = FillSpans<WrapMapping, AlphaTest, WithoutDepth>;
 constexpr SpanRoutine* SpanBlend = FillSpans<WrapMapping, Blend<1>, WithoutDepth>;
 constexpr SpanRoutine* SpanFloat = FillSpans<FloatMapping, WholeWord, WithoutDepth>;
+// NOLINTEND(readability-identifier-naming)
 
 }  // namespace
 

@@ -156,7 +156,7 @@ struct Met {
 
 /// Each pixel by itself, in double. Its ray goes through its far corner; the frame is 1 wide at the distance of 1.
 Met MeetPixel(const std::array<EyeCorner, 3>& corners, int32_t x, int32_t y) {
-    const auto ray = [](int32_t i) { return (i - kSide / 2 + 1) / static_cast<double>(kSide); };
+    const auto ray = [](int32_t i) { return (i - kSide / 2.0 + 1) / kSide; };
     const auto [f, g] = Meet(corners, ray(x), ray(y));
     if (!std::isfinite(f) || !std::isfinite(g)) return {0, 0, -1};  // along the plane
     const auto& [a, b, c] = corners;
