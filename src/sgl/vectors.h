@@ -9,9 +9,6 @@ struct Vec3 {
     float x, y, z;
 };
 
-[[nodiscard]] constexpr Vec3 operator+(const Vec3& a, const Vec3& b) {
-    return {a.x + b.x, a.y + b.y, a.z + b.z};
-}
 [[nodiscard]] constexpr Vec3 operator-(const Vec3& a, const Vec3& b) {
     return {a.x - b.x, a.y - b.y, a.z - b.z};
 }
