@@ -75,7 +75,7 @@ TEST(SglFills, StepsInARow) {
     Pixels frame(8);
     RasterizerGen rasterizer(0);
     rasterizer.SetDepthTest(true);
-    rasterizer.Configure(false, 8, 1, {0, 1, 0, 8, 1, 10}, frame.data());
+    rasterizer.Configure(false, 8, 1, {0, 1, 0, 8, 1}, frame.data());
     const auto row = [](const ScreenVertex& left, const ScreenVertex& right) {
         ScreenPolygon polygon;
         for (const ScreenVertex& v : {left, right}) polygon.Append({v.x, 0, v.z, v.color});

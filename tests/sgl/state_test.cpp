@@ -20,24 +20,21 @@ size_t SlotOf(Operation operation) {
     return (parts[0] - 1) / sizeof(void*) - 1;
 }
 
+template <class... Operations>
+std::vector<size_t> SlotsOf(Operations... operations) {
+    return {SlotOf(operations)...};
+}
+
 TEST(SglState, OperationsKeepTheirSlots) {
-    const std::vector<size_t> slots = {
-        SlotOf(&SGL::ClearColor),    SlotOf(&SGL::ShadeModel),  SlotOf(&SGL::Enable),
-        SlotOf(&SGL::Disable),       SlotOf(&SGL::Viewport),    SlotOf(&SGL::GetIntegerv),
-        SlotOf(&SGL::Lightfv),       SlotOf(&SGL::GenTextures), SlotOf(&SGL::DeleteTextures),
-        SlotOf(&SGL::BindTexture),   SlotOf(&SGL::TexImage2D),  SlotOf(&SGL::Clear),
-        SlotOf(&SGL::FrontFace),     SlotOf(&SGL::MatrixMode),  SlotOf(&SGL::LoadIdentity),
-        SlotOf(&SGL::Translated),    SlotOf(&SGL::Rotated),     SlotOf(&SGL::MultMatrixf),
-        SlotOf(&SGL::MultMatrixd),   SlotOf(&SGL::LookAt),      SlotOf(&SGL::Color3ub),
-        SlotOf(&SGL::Color3d),       SlotOf(&SGL::Color3f),     SlotOf(&SGL::Color4ub),
-        SlotOf(&SGL::Color4d),       SlotOf(&SGL::Color4f),     SlotOf(&SGL::Color3fv),
-        SlotOf(&SGL::Color3dv),      SlotOf(&SGL::Color3ubv),   SlotOf(&SGL::Color4fv),
-        SlotOf(&SGL::Color4dv),      SlotOf(&SGL::Color4ubv),   SlotOf(&SGL::TexCoord2d),
-        SlotOf(&SGL::Begin),         SlotOf(&SGL::Normal3fv),   SlotOf(&SGL::Normal3dv),
-        SlotOf(&SGL::Vertex3fv),     SlotOf(&SGL::Vertex3dv),   SlotOf(&SGL::End),
-        SlotOf(&SGL::GetBeginState), SlotOf(&SGL::ReadPixels),  SlotOf(&SGL::Frustum),
-        SlotOf(&SGL::Ortho),         SlotOf(&SGL::GetError),    SlotOf(&SGL::SetFrameBuffer),
-        SlotOf(&SGL::SetColorSpace), SlotOf(&SGL::Flush)};
+    const std::vector<size_t> slots =
+        SlotsOf(&SGL::ClearColor, &SGL::ShadeModel, &SGL::Enable, &SGL::Disable, &SGL::Viewport, &SGL::GetIntegerv,
+                &SGL::Lightfv, &SGL::GenTextures, &SGL::DeleteTextures, &SGL::BindTexture, &SGL::TexImage2D,
+                &SGL::Clear, &SGL::FrontFace, &SGL::MatrixMode, &SGL::LoadIdentity, &SGL::Translated, &SGL::Rotated,
+                &SGL::MultMatrixf, &SGL::MultMatrixd, &SGL::LookAt, &SGL::Color3ub, &SGL::Color3d, &SGL::Color3f,
+                &SGL::Color4ub, &SGL::Color4d, &SGL::Color4f, &SGL::Color3fv, &SGL::Color3dv, &SGL::Color3ubv,
+                &SGL::Color4fv, &SGL::Color4dv, &SGL::Color4ubv, &SGL::TexCoord2d, &SGL::Begin, &SGL::Normal3fv,
+                &SGL::Normal3dv, &SGL::Vertex3fv, &SGL::Vertex3dv, &SGL::End, &SGL::GetBeginState, &SGL::ReadPixels,
+                &SGL::Frustum, &SGL::Ortho, &SGL::GetError, &SGL::SetFrameBuffer, &SGL::SetColorSpace, &SGL::Flush);
     ASSERT_EQ(slots.size(), 47U);
     for (size_t i = 0; i < slots.size(); ++i) EXPECT_EQ(slots[i], i + 1);
 }
