@@ -82,8 +82,9 @@ std::optional<float> FiniteNumber(std::string_view text) {
 /// Where a fault is: all of a title often stands on one line, so that elements count more than lines.
 std::string PlaceOf(const xmlNode& node, size_t string, size_t item) {
     std::string place = std::to_string(xmlGetLineNo(&node)) + ": string " + std::to_string(string);
-    if (!IsElement(node, "MetaString"))
-        place += ", " + std::string(reinterpret_cast<const char*>(node.name)) + " " + std::to_string(item);
+    if (!IsElement(node, "MetaString")) {
+        place.append(", ").append(reinterpret_cast<const char*>(node.name)).append(" ").append(std::to_string(item));
+    }
     return place;
 }
 
@@ -116,8 +117,9 @@ void CheckStyles(const std::filesystem::path& path, const xmlNode& character, si
         const std::string text = AttributeOf(&character, name.c_str());
         const long index = Integer(text);
         if (index < 0 || static_cast<size_t>(index) >= count) {
-            Fail(path, PlaceOf(character, string, item),
-                 name + " '" + text + "' names none of the " + std::to_string(count) + " items of its list");
+            std::string reason = name;
+            reason.append(" '").append(text).append("' names none of the ").append(std::to_string(count));
+            Fail(path, PlaceOf(character, string, item), reason.append(" items of its list"));
         }
     }
 }
@@ -189,6 +191,10 @@ std::string Decimal(float value) {
 
 }  // namespace
 
+struct TitleFile::Document {
+    std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> Xml;
+};
+
 TitleFile::TitleFile(const std::filesystem::path& path) : path_(path) {
     std::error_code ignored;
     if (std::filesystem::is_directory(path, ignored)) Fail(path, "", "is a folder, not a title");
@@ -198,26 +204,27 @@ TitleFile::TitleFile(const std::filesystem::path& path) : path_(path) {
     if (bytes.empty()) Fail(path, "", "is empty");
 
     const FirstError error;
-    document_.reset(xmlReadMemory(bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr,
-                                  XML_PARSE_NONET | XML_PARSE_BIG_LINES),
-                    xmlFreeDoc);
-    if (!document_) Fail(path, error.place, error.reason);
-    const xmlNode* const root = xmlDocGetRootElement(document_.get());
+    document_ =
+        std::make_shared<const Document>(Document{{xmlReadMemory(bytes.data(), static_cast<int>(bytes.size()), nullptr,
+                                                                 nullptr, XML_PARSE_NONET | XML_PARSE_BIG_LINES),
+                                                   &xmlFreeDoc}});
+    if (!document_->Xml) Fail(path, error.place, error.reason);
+    const xmlNode* const root = xmlDocGetRootElement(document_->Xml.get());
     if (!IsElement(*root, "CCaptionFx"))
         Fail(path, std::to_string(xmlGetLineNo(root)), "is no title: its root is not CCaptionFx");
     size_t string = 0;
-    for (const xmlNode* const node : StringNodes(document_.get())) CheckString(path, *node, string++);
+    for (const xmlNode* const node : StringNodes(document_->Xml.get())) CheckString(path, *node, string++);
 }
 
 void TitleFile::LoadInto(IKVT_CaptionFx& title) const {
-    const int32_t status = title.LoadFromNode(xmlDocGetRootElement(document_.get()));
-    const auto count = static_cast<int32_t>(StringNodes(document_.get()).size());
+    const int32_t status = title.LoadFromNode(xmlDocGetRootElement(document_->Xml.get()));
+    const auto count = static_cast<int32_t>(StringNodes(document_->Xml.get()).size());
     if (status != kTitleOk || title.GetStringCount() != count) Fail(path_, "", "the library refuses this title");
 }
 
 std::vector<FileString> TitleFile::Strings() const {
     std::vector<FileString> strings;
-    for (const xmlNode* const node : StringNodes(document_.get())) strings.push_back(FileStringOf(node));
+    for (const xmlNode* const node : StringNodes(document_->Xml.get())) strings.push_back(FileStringOf(node));
     return strings;
 }
 

@@ -11,8 +11,6 @@
 
 #include "tools/argument_values.h"
 
-struct _xmlDoc;  // libxml2's name for its document
-
 namespace captionfx {
 
 /// What of a string stands in the file alone.
@@ -32,8 +30,10 @@ public:
     [[nodiscard]] std::vector<FileString> Strings() const;
 
 private:
+    struct Document;  // of the system's XML library
+
     std::filesystem::path path_;
-    std::shared_ptr<_xmlDoc> document_;
+    std::shared_ptr<const Document> document_;
 };
 
 /// Gives the first string of a title keyframes. Its strings are saved to XML nodes, changed there and loaded again,

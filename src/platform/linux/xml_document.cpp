@@ -1,11 +1,12 @@
 #include "platform/linux/xml_document.h"
 
 #include <cstdio>
-#include <libxml/parser.h>
-#include <libxml/tree.h>
 #include <limits>
 #include <new>
 #include <span>
+
+#include <libxml/parser.h>
+#include <libxml/tree.h>
 
 #include "platform/utf16.h"
 
@@ -55,7 +56,9 @@ bool IsElement(const xmlNode& node, const char* name) {
 /// thread, and may be the host's.
 class Silence {
 public:
-    Silence() { xmlSetStructuredErrorFunc(nullptr, [](void* /*context*/, xmlError* /*error*/) {}); }
+    Silence() {
+        xmlSetStructuredErrorFunc(nullptr, [](void* /*context*/, xmlError* /*error*/) {});
+    }
     Silence(const Silence&) = delete;
     Silence& operator=(const Silence&) = delete;
     ~Silence() { xmlSetStructuredErrorFunc(context_, handler_); }
