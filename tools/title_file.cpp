@@ -14,6 +14,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include <libxml/SAX2.h>
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 
@@ -39,6 +40,16 @@ struct FirstError {
         while (first.reason.ends_with('\n')) first.reason.pop_back();
     }
 };
+
+/// The library refuses entities, which can keep a parser busy for hours.
+void RefuseEntity(void* context, const xmlChar* /*name*/, int /*type*/, const xmlChar* /*publicId*/,
+                  const xmlChar* /*systemId*/, xmlChar* /*content*/) {
+    auto* const parser = static_cast<xmlParserCtxt*>(context);
+    auto& error = *static_cast<FirstError*>(parser->_private);
+    error.place = std::to_string(xmlSAX2GetLineNumber(parser)) + ":" + std::to_string(xmlSAX2GetColumnNumber(parser));
+    error.reason = "declares an entity, which no title may";
+    xmlStopParser(parser);
+}
 
 const xmlChar* XmlText(const char* text) {
     return reinterpret_cast<const xmlChar*>(text);
@@ -203,11 +214,15 @@ TitleFile::TitleFile(const std::filesystem::path& path) : path_(path) {
     const std::string bytes{std::istreambuf_iterator<char>(file), {}};
     if (bytes.empty()) Fail(path, "", "is empty");
 
-    const FirstError error;
-    document_ =
-        std::make_shared<const Document>(Document{{xmlReadMemory(bytes.data(), static_cast<int>(bytes.size()), nullptr,
-                                                                 nullptr, XML_PARSE_NONET | XML_PARSE_BIG_LINES),
-                                                   &xmlFreeDoc}});
+    FirstError error;
+    const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser(xmlNewParserCtxt(), &xmlFreeParserCtxt);
+    if (!parser) throw std::bad_alloc();
+    parser->_private = &error;
+    parser->sax->entityDecl = &RefuseEntity;
+    document_ = std::make_shared<const Document>(
+        Document{{xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr,
+                                    XML_PARSE_NONET | XML_PARSE_BIG_LINES),
+                  &xmlFreeDoc}});
     if (!document_->Xml) Fail(path, error.place, error.reason);
     const xmlNode* const root = xmlDocGetRootElement(document_->Xml.get());
     if (!IsElement(*root, "CCaptionFx"))
