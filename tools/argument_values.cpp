@@ -91,7 +91,12 @@ std::optional<Keyframe> ParseKeyframe(std::string_view text) {
 
 std::optional<float> ParseFrameRate(std::string_view text) {
     constexpr float kHighestRate = 1000.0F;
-    const auto rate = ParseNumber(text);
+    const size_t slash = text.find('/');
+    auto rate = ParseNumber(text.substr(0, slash));
+    if (slash != std::string_view::npos) {
+        const auto divisor = ParseNumber(text.substr(slash + 1));
+        rate = rate && divisor && *divisor > 0.0F ? std::optional(*rate / *divisor) : std::nullopt;
+    }
     return rate && *rate > 0.0F && *rate <= kHighestRate ? rate : std::nullopt;
 }
 

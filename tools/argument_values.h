@@ -55,7 +55,7 @@ struct Rgb {
 /// "TIME:EFFECT:PROGRESS", such as "0.5:PATH_FADE:1"; an effect name of printable ASCII.
 [[nodiscard]] std::optional<Keyframe> ParseKeyframe(std::string_view text);
 
-/// Frames a second: above 0, up to 1000.
+/// Frames a second, such as 25 or 30000/1001: above 0, up to 1000.
 [[nodiscard]] std::optional<float> ParseFrameRate(std::string_view text);
 
 /// Text of a title from UTF-8. A line end, also one spelled \n, becomes CR LF, which begins a paragraph in the library;

@@ -9,6 +9,7 @@
 
 #include "tools/console.h"
 #include "tools/effects_command.h"
+#include "tools/interrupt.h"
 #include "tools/render_command.h"
 #include "tools/show_command.h"
 
@@ -53,6 +54,8 @@ int RunCommandLine(int argc, const char* const* argv) {
 int main(int argc, char** argv) {
     try {
         return captionfx::RunCommandLine(argc, argv);
+    } catch (const captionfx::Interrupted&) {
+        captionfx::DieOfInterrupt();
     } catch (const std::bad_alloc&) {
         captionfx::PrintLine("not enough memory; a smaller frame or less text needs less");
     } catch (const std::exception& error) {

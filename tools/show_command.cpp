@@ -1,8 +1,6 @@
 #include "tools/show_command.h"
 
-#include <array>
 #include <cmath>
-#include <cstdio>
 #include <functional>
 #include <iostream>
 #include <span>
@@ -12,20 +10,13 @@
 
 #include <captionfx/caption_fx.h>
 
+#include "tools/format.h"
 #include "tools/text_encoding.h"
 #include "tools/title_file.h"
 #include "tools/title_handle.h"
 
 namespace captionfx {
 namespace {
-
-/// Formats as printf does, for what a stream would need many words for.
-template <class... Values>
-std::string Format(const char* format, Values... values) {
-    std::array<char, 256> text{};
-    std::snprintf(text.data(), text.size(), format, values...);
-    return text.data();
-}
 
 double Wide(float value) {
     return static_cast<double>(value);
