@@ -100,6 +100,20 @@ std::optional<float> ParseFrameRate(std::string_view text) {
     return rate && *rate > 0.0F && *rate <= kHighestRate ? rate : std::nullopt;
 }
 
+std::optional<std::vector<Moment>> ParseMoments(std::string_view text) {
+    std::vector<Moment> moments;
+    for (size_t end = 0; end != std::string_view::npos; text.remove_prefix(std::min(end + 1, text.size()))) {
+        end = text.find(',');
+        std::string_view item = text.substr(0, end);
+        const bool isPercent = item.ends_with('%');
+        if (isPercent || item.ends_with('s')) item.remove_suffix(1);
+        const auto value = ParseNumber(item);
+        if (!value) return std::nullopt;
+        moments.push_back({*value, isPercent});
+    }
+    return moments;
+}
+
 std::optional<std::u16string> ParseText(std::string_view text) {
     constexpr std::string_view kParagraph = "\r\n";
     std::string plain;

@@ -8,6 +8,8 @@
 #include <stop_token>
 #include <thread>
 
+#include "tools/memory_tuning.h"
+
 namespace captionfx {
 namespace {
 
@@ -56,6 +58,7 @@ void DrawTasks(const std::stop_token& stop, FramePainter& painter, TaskQueue& qu
 
 void DrawOnThreads(std::vector<FramePainter>& painters, size_t pixelsOfFrame, const std::function<bool(Frame&)>& fill,
                    const std::function<void(const Frame&)>& deliver) {
+    KeepFreedMemory();
     // The threads come last, so that they end first, whatever is thrown here.
     std::vector<Task> ring(2 * painters.size());
     for (Task& task : ring) task.frame.pixels.resize(pixelsOfFrame);

@@ -215,8 +215,6 @@ bool IsSequence(const RenderRequest& request) {
 }
 
 void WriteOutput(const RenderRequest& request) {
-    CatchInterrupts();
-    av_log_set_level(AV_LOG_QUIET);  // failures are told once, as exceptions
     if (!request.over.empty() && !request.output.empty()) {
         VideoReader video(request.over);
         Studio studio(request, video.Size(), Ground::kOpaque);
