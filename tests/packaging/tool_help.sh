@@ -22,11 +22,12 @@ mapfile -t commands < <("$tool" --help | awk '/^Subcommands:/ { on = 1; next } /
 ((${#commands[@]} >= 5))
 for command in "${commands[@]}"; do
     grep --quiet "^${command^^}" <<< "$text" || { echo "$page does not tell of '$command'"; bad=1; }
-    complete_words "$command" | grep --quiet --line-regexp "$command" || { echo "'$command' is not completed"; bad=1; }
-    "$tool" "$command" --help | grep --quiet '^Example' || { echo "'$command --help' has no example"; bad=1; }
-    for option in $("$tool" "$command" --help | grep --only-matching --extended-regexp -- '--[a-z][a-z-]+' | sort --unique); do
+    grep --quiet --line-regexp "$command" <<< "$(complete_words "$command")" || { echo "'$command' is not completed"; bad=1; }
+    help=$("$tool" "$command" --help)
+    grep --quiet '^Example' <<< "$help" || { echo "'$command --help' has no example"; bad=1; }
+    for option in $(grep --only-matching --extended-regexp -- '--[a-z][a-z-]+' <<< "$help" | sort --unique); do
         grep --quiet --fixed-strings -- "$option" <<< "$text" || { echo "$page does not tell of '$option' of '$command'"; bad=1; }
-        complete_words "$command" "${option:0:3}" | grep --quiet --line-regexp -- "$option" ||
+        grep --quiet --line-regexp -- "$option" <<< "$(complete_words "$command" "${option:0:3}")" ||
             { echo "'$command $option' is not completed"; bad=1; }
     done
 done
