@@ -110,7 +110,9 @@ TEST_F(CommandLine, MissingPartsAreNamed) {
                 {{"render", "a.xml", "--text", "a", "-o", "a.png"}, "a.xml"},
                 {{"render", "--text", "a", "--from", "1", "--to", "2", "--fps", "5", "-o", "a.png"}, "%04d"},
                 {{"render", "--text", "a", "--from", "1", "--to", "1", "--fps", "5", "-o", "%d.png"}, "--to"},
-                {{"render", "--text", "a", "--from", "1", "--to", "2", "-o", "%d.png"}, "--fps"},
+                {{"preview", "a.xml"}, "--output"},
+                {{"preview", "a.xml", "-o", "a.png", "--at", "1,,2"}, "--at"},
+                {{"fonts", "--font", "a"}, "--text"},
                 {{"render", "--text", "a", "--key", "1:PATH_FADE", "-o", "a.png"}, "--key"},
                 {{"show"}, "title"}};
     for (const auto& row : rows) {
