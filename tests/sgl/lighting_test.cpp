@@ -10,25 +10,6 @@
 namespace sgl {
 namespace {
 
-TEST(SglLighting, PropertiesOfALight) {
-    Lighting lighting;
-    constexpr float kParams[] = {1, 0.1f, -0.5f, 9};
-    for (const int32_t property : {SGL_AMBIENT, SGL_DIFFUSE, SGL_SPECULAR}) lighting.Set(3, property, kParams);
-    const SGLLight& light = lighting.lights[3];
-    for (const Rgb& levels : {light.ambient, light.diffuse}) {
-        EXPECT_EQ(levels.r, 65536);
-        EXPECT_EQ(levels.g, 6425);    // 25 x 65536 / 255
-        EXPECT_EQ(levels.b, -32639);  // -127 x 65536 / 255
-    }
-    EXPECT_EQ(light.specular.r, 255);
-    EXPECT_EQ(light.specular.g, 25);
-    EXPECT_EQ(light.specular.b, 129);  // -127
-    constexpr float kPosition[] = {0, 3, 4, 9};
-    lighting.Set(3, SGL_POSITION, kPosition);
-    EXPECT_NEAR(light.direction.y, 0.6f, 1e-6f);
-    EXPECT_NEAR(light.direction.z, -0.8f, 1e-6f);
-}
-
 // The light of number 0 shines along +z.
 TEST(SglLighting, SumsOfLight) {
     constexpr Bgr kColor{40, 120, 200}, kWhite{255, 255, 255};
