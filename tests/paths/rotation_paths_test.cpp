@@ -14,14 +14,10 @@ TEST(RotationPathsTest, TheWholeStringTurns) {
                 {"PATH_ROTATECCW", 0, 0, 0.5F, {140 - 35.3553F, 80 - 21.2132F - 40, 1, 1, 45, 127}},
                 {"PATH_ROTATECCW", 0, 3, 1, {160, 70, 1, 1, 0, 255}},
                 {"PATH_ROTATECW", 0, 3, 1, {160, 70, 1, 1, 0, 255}},
-                {"PATH_ROTATECW",
-                 0,
-                 3,
-                 2,
-                 {140 - 30, 80 + 20 - 40, 1, 1, 90,
-                  254}},  // goes on; 510 keeps its low byte
-                          // A whirl at 1/4 is at 1/16 of four turns. The base point, (20, 20) from the centre and 30
-                          // below the top, times 15/16 * 9 + 1, or 0.9/16 + 0.1.
+                // It goes on; 510 keeps its low byte.
+                {"PATH_ROTATECW", 0, 3, 2, {140 - 30, 80 + 20 - 40, 1, 1, 90, 254}},
+                // A whirl at 1/4 is at 1/16 of four turns. The base point, (20, 20) from the centre and 30
+                // below the top, times 15/16 * 9 + 1, or 0.9/16 + 0.1.
                 {"PATH_ROTATEINWARDS", 0, 3, 0.25F, {140 - 188.75F, 80 + 188.75F - 30, 9.4375F, 9.4375F, 90, 15}},
                 {"PATH_ROTATEOUTWARDS", 0, 3, 0.25F, {140 - 3.125F, 80 + 3.125F - 30, 0.15625F, 0.15625F, 90, 15}},
                 {"PATH_ROTATEINWARDS", 0, 3, 1, {160, 70, 1, 1, 1440, 255}},

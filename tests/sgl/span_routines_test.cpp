@@ -79,16 +79,5 @@ TEST(SglSpanRoutines, EachDoesItsOwn) {
     }
 }
 
-TEST(SglSpanRoutines, RejectedPixelsHideWhatComesBehind) {
-    const Pixels clear(16, 0x7FFFFFFF);
-    const PixelCanvas canvas(4, 4);
-    for (const int32_t capability : {SGL_DEPTH_TEST, SGL_ALPHA_TEST}) canvas.gl->Enable(capability);
-    canvas.BindPicture(1, clear, 4);
-    canvas.Rectangle(0, 0, 4, 4, 1);
-    canvas.gl->Disable(SGL_TEXTURE_2D);
-    canvas.Rectangle(0, 0, 4, 4, 2);
-    EXPECT_EQ(canvas.Pixels(), Pixels(16));
-}
-
 }  // namespace
 }  // namespace sgl::test

@@ -1,18 +1,14 @@
-// The interface: slots, status, names, frames, and how triangles are collected.
-#include <algorithm>
+// The interface: slots and status.
 #include <bit>
 #include <functional>
 #include <limits>
 
 #include <gtest/gtest.h>
 
-#include "sgl/pixel_canvas.h"
 #include "support/sgl_program.h"
 
 namespace sgl::test {
 namespace {
-
-using Pixels = std::vector<uint32_t>;
 
 /// A pointer to a virtual operation holds its offset in the table, plus 1; destructors take the first two places.
 template <class Operation>
@@ -62,101 +58,6 @@ TEST(SglState, StatusOfEachRefusal) {
         c.call(gl);
         EXPECT_EQ(gl.GetError(), c.expected) << c.name;
     }
-}
-
-TEST(SglState, NothingChangesBetweenBeginAndEndButTheBatch) {
-    const Pixels red(4, 0xFFFF0000);
-    PixelCanvas canvas(4, 4);
-    SGLGen& gl = *canvas.gl;
-    canvas.BindPicture(5, red, 2);
-    const uint32_t name = 5;
-    gl.Begin(SGL_TRIANGLES);
-    const float corners[][3] = {{0, 0, -1}, {4, 0, -1}, {0, 4, -1}};
-    const double at[][2] = {{0, 0}, {1, 0}, {0, 1}};
-    for (size_t i = 0; i < 3; ++i) {
-        gl.TexCoord2d(at[i][0], at[i][1]);
-        gl.Vertex3fv(corners[i]);
-        EXPECT_EQ(gl.State().status, SGL_NO_ERROR);
-    }
-    for (const auto& refused : std::vector<std::function<void()>>{
-             [&] { gl.DeleteTextures(1, &name); }, [&] { gl.BindTexture(SGL_TEXTURE_2D, 0); },
-             [&] { gl.Viewport(0, 0, 2, 2); }, [&] { gl.Disable(SGL_TEXTURE_2D); }, [&] { gl.SetFrameBuffer(nullptr); },
-             [&] { gl.Begin(SGL_TRIANGLES); }, [&] { gl.LoadIdentity(); }}) {
-        refused();
-        EXPECT_EQ(gl.State().status, SGL_INVALID_OPERATION);
-    }
-    gl.End();
-    EXPECT_EQ(canvas.Pixels()[0], 0xFFFF0000) << "the texture is still there when its triangle is drawn";
-}
-
-TEST(SglState, ColoursWrapInEightBits) {
-    SGLGen gl(0);
-    gl.Color3d(1.5, 0, 1);  // 382 = 0x17E
-    EXPECT_EQ(gl.State().currentColor, 0xFF7E00FF);
-    gl.Color4f(0.5f, -0.5f, 1, 0.25f);  // -127 = 0x81
-    EXPECT_EQ(gl.State().currentColor, 0x3F7F81FF);
-    gl.ClearColor(1.5, -1, 0.5, std::numeric_limits<double>::quiet_NaN());
-    EXPECT_EQ(gl.State().clearColor, 0x00FF007FU);
-}
-
-TEST(SglState, FramesComeAndGo) {
-    const PixelCanvas canvas(8, 8);
-    SGLGen& gl = *canvas.gl;
-    canvas.Rectangle(0, 0, 8, 8);
-    gl.Viewport(1, 0, 4, 4);
-    EXPECT_EQ(canvas.Pixels(), Pixels(64, 0xFFFFFFFF)) << "a refused viewport keeps the frame";
-    // A new frame buffer counts from the next volume on. Until then: not into the old one, which is gone.
-    Pixels first(64), second(64);
-    const auto takeOver = [&gl] {
-        gl.MatrixMode(SGL_PROJECTION);
-        gl.Ortho(0, 8, -1, 0, 0.001, 10);
-        gl.MatrixMode(SGL_MODELVIEW);
-    };
-    gl.SetFrameBuffer(first.data());
-    canvas.Rectangle(0, 0, 8, 8);
-    EXPECT_EQ(first, Pixels(64));
-    takeOver();
-    gl.SetFrameBuffer(second.data());
-    canvas.Rectangle(0, 0, 8, 8);
-    EXPECT_EQ(first, Pixels(64, 0xFFFFFFFF));
-    second.assign(64, 7);
-    gl.ClearColor(1, 1, 1, 1);
-    gl.Begin(SGL_TRIANGLES);
-    gl.Clear(SGL_COLOR_BUFFER_BIT);
-    gl.End();
-    EXPECT_EQ(second, Pixels(64));
-    gl.Viewport(0, 0, 0, 8);
-    canvas.Rectangle(0, 0, 8, 8);
-    EXPECT_EQ(gl.GetError(), SGL_NO_ERROR);
-    EXPECT_EQ(second, Pixels(64));
-    gl.Viewport(0, 0, 8, 8);
-    canvas.Rectangle(0, 0, 8, 8);
-    EXPECT_EQ(canvas.Pixels(), Pixels(64, 0xFFFFFFFF)) << "after a frame without pixels";
-}
-
-// 600 triangles of a pixel's height in three batches, each in a colour of its own that comes with its last corner.
-TEST(SglState, ManyTrianglesAreNoneTooMany) {
-    const PixelCanvas canvas(2, 600);
-    SGLGen& gl = *canvas.gl;
-    gl.Begin(SGL_TRIANGLES);
-    for (int32_t i = 0; i < 600; ++i) {
-        const double y = i, corners[][3] = {{0, y, -1}, {2, y, -1}, {0, y + 1, -1}};
-        for (const auto& corner : corners) {
-            gl.Color3ub(0, static_cast<uint8_t>(i >> 8), static_cast<uint8_t>(&corner == &corners[2] ? i : 99));
-            gl.Vertex3dv(corner);
-        }
-        EXPECT_EQ(gl.State().triangleCount, i % 256 + 1) << "the 257th triangle begins a new batch";
-        EXPECT_TRUE(gl.State().insideBegin);
-    }
-    const float rest[] = {0, 0, -1};
-    gl.Vertex3fv(rest);
-    gl.Vertex3fv(rest);
-    gl.End();
-    const Pixels pixels = canvas.Pixels();
-    for (uint32_t i = 0; i < 600; ++i) EXPECT_EQ(pixels[2 * i], 0xFF000000 | i);
-    gl.Begin(SGL_TRIANGLES);
-    gl.Vertex3fv(rest);
-    EXPECT_EQ(gl.State().cornerIndex, 1) << "the corners that were left over are gone";
 }
 
 }  // namespace
