@@ -89,12 +89,6 @@ TEST_F(FrameRendererTest, RefusesNothingToDrawOnAndDrawsNothingOnNoFrame) {
     EXPECT_EQ(owner.Title.RenderFrame(nullptr, 0), kTitleInvalidArgument);
 }
 
-TEST_F(FrameRendererTest, ClipsOutput) {
-    owner.Add(u"a", 10, 2);
-    owner.ChangeSettings([](TitleRenderSettings& s) { s.ClipRect = {20, 30, 1000, 40}; });
-    EXPECT_EQ(Ink(Frame()), "20,30-34,40");
-}
-
 TEST_F(FrameRendererTest, MemoryThatCannotBeHad) {
     owner.Add(u"a", 10, 2);
     owner.Add(u"b", 50, 2);
