@@ -1,5 +1,7 @@
 // Positions and extents. "Box" at size 64: advance 32, height 72, ascent 48, leadings 8 and 4, so a line of it is
 // 8 + 72 + 4 = 84 high with its characters at 48 + 8 - 48 = 8. "Tall": height 88, ascent 64, so 100 high.
+#include <array>
+
 #include <gtest/gtest.h>
 
 #include "support/fake_platform.h"
@@ -171,10 +173,7 @@ TEST_F(StringLayoutTest, ReadsBackInPixels) {
     });
     IKVT_CaptionFx& title = owner.Title;
     const auto equal = [](const TitleRectF& r, float x, float y, float w, float h) {
-        EXPECT_EQ(r.x, x);
-        EXPECT_EQ(r.y, y);
-        EXPECT_EQ(r.width, w);
-        EXPECT_EQ(r.height, h);
+        EXPECT_EQ((std::array{r.x, r.y, r.width, r.height}), (std::array{x, y, w, h}));
     };
     TitleRectF rect{};
     EXPECT_EQ(title.GetStringRect(0, &rect), kTitleOk);

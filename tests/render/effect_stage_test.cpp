@@ -86,17 +86,6 @@ TEST_F(EffectStageTest, EachPassWalksTheCharactersWithTheSameRandomNumbers) {
     }
 }
 
-TEST_F(EffectStageTest, PassesLandOnTopOfEachOther) {
-    owner.Add(u"a", 10, 2);
-    owner.String().PathProgress = 0.5F;
-    const auto half = [](int32_t, int32_t, CharPlacement& at) { at.Alpha = 127; };
-    Bind("PATH_FLIP").Place = half;
-    const uint32_t once = AlphaOf(At(Frame(), 20, 40));
-    Bind("PATH_TRANCEUP").Place = half;
-    EXPECT_EQ(once, 127U);                          // 254 * 128 >> 8
-    EXPECT_EQ(AlphaOf(At(Frame(), 20, 40)), 191U);  // 255 - (128 * 129 >> 8)
-}
-
 // A character is transformed by its scales and its rotation, each of which makes layers for this frame.
 TEST_F(EffectStageTest, TransformedCharactersAreBuiltForTheFrame) {
     const CharSpacing wide{.WidthScale = 1.5F, .Spacing = 0};

@@ -62,15 +62,6 @@ struct FrameRendererTest : testing::Test {
     TestTitle owner;
 };
 
-TEST_F(FrameRendererTest, DrawsTheTextWhereLayoutPutIt) {
-    owner.Add(u"ab", 10, 2);
-    const Pixels frame = Frame();
-    EXPECT_EQ(Ink(frame), "10,26-66,58");       // a at 10, b at 42; 24 wide
-    EXPECT_EQ(At(frame, 20, 40), 0xFEFFFFFFU);  // solid, unpremultiplied
-    EXPECT_EQ(At(frame, 38, 40), 0U);
-    EXPECT_EQ(Dirty(), "8,24-68,60");  // two pixels more on each side
-}
-
 TEST_F(FrameRendererTest, RefusesNothingToDrawOnAndDrawsNothingOnNoFrame) {
     EXPECT_EQ(owner.Title.RenderFrame(nullptr, 0), kTitleInvalidArgument);
     owner.Add(u"a", 10, 2);

@@ -28,6 +28,14 @@ TEST(GradientTest, CornersOfTheTypes) {
     }
 }
 
+TEST(GradientTest, WalksInTwelveBitsOfFraction) {
+    // 0 to 10 in 3 steps: step 40960 / 3 = 13653; values 13653 >> 12 = 3, 27306 >> 12 = 6. The right end stays as its
+    // column wrote it.
+    std::vector<uint32_t> rows(8);
+    FillGradient(rows.data(), 4, 2, 0, 10, 3);
+    EXPECT_EQ(rows, (std::vector<uint32_t>{0, 3, 6, 10, 0, 3, 6, 10}));
+}
+
 struct LayersTest : testing::Test {
     LayersTest() { render.ScaleX = render.ScaleY = 1; }
 

@@ -90,10 +90,12 @@ TEST_F(ThreadPoolTest, LimitsSendWorkersHome) {
     uint32_t id = 0;
     EXPECT_EQ(pool.Submit(nullptr, nullptr, &id, 0), kTitleInvalidArgument);
     EXPECT_EQ(pool.Submit(Return42, nullptr, nullptr, 0), kTitleInvalidArgument);
-    pool.Submit(Return42, nullptr, &id, 0);
-    EXPECT_EQ(pool.WaitForJob(id, kNoTimeout, nullptr), kTitleInvalidArgument);
-    EXPECT_EQ(pool.WaitForJob(id, kNoTimeout, &result), kTitleOk);
-    EXPECT_EQ(result, 42);
+    for (int i = 0; i < 2; ++i) {  // by a new worker, and by the same when it is idle
+        pool.Submit(Return42, nullptr, &id, 0);
+        EXPECT_EQ(pool.WaitForJob(id, kNoTimeout, nullptr), kTitleInvalidArgument);
+        EXPECT_EQ(pool.WaitForJob(id, kNoTimeout, &result), kTitleOk);
+        EXPECT_EQ(result, 42);
+    }
     EXPECT_EQ(pool.WaitForJob(id, kNoTimeout, &result), kTitleFailure) << "once";
     EXPECT_TRUE(platform.Messages.empty());
 }

@@ -60,5 +60,15 @@ TEST(SglState, StatusOfEachRefusal) {
     }
 }
 
+TEST(SglState, ColoursWrapInEightBits) {
+    SGLGen gl(0);
+    gl.Color3d(1.5, 0, 1);  // 382 = 0x17E
+    EXPECT_EQ(gl.State().currentColor, 0xFF7E00FF);
+    gl.Color4f(0.5f, -0.5f, 1, 0.25f);  // -127 = 0x81
+    EXPECT_EQ(gl.State().currentColor, 0x3F7F81FF);
+    gl.ClearColor(1.5, -1, 0.5, std::numeric_limits<double>::quiet_NaN());
+    EXPECT_EQ(gl.State().clearColor, 0x00FF007FU);
+}
+
 }  // namespace
 }  // namespace sgl::test

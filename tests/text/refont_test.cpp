@@ -86,6 +86,21 @@ TEST(RefontTest, TheFastWayIsThePlainOne) {
     }
 }
 
+TEST(RefontTest, AMissingFaceIsReplacedAtItsSize) {
+    TestTitle title, other;
+    FontSpec font = Font(u"Tall", 32);
+    title.Title.SetDefaultFont(&font);
+    title.Add(u"a\u4e00");
+    MakeOther(other.Platform);
+    CCaptionFx there(other.Platform);
+    ASSERT_EQ(LoadText(there, SavedText(title.Title)), kTitleOk);
+    there.GetCharFont(0, 0, &font);
+    EXPECT_EQ(TextOf(font.FaceName), u"Box");
+    EXPECT_EQ(font.Size, 32);
+    there.GetCharFont(0, 1, &font);
+    EXPECT_EQ(TextOf(font.FaceName), u"Han") << "still there";
+}
+
 // A ratio of 24/2048 is 0.01171875, kept as 0.011719: measured with that, the line would be a little wider than its
 // limit, which is its width exactly.
 TEST(RefontTest, SixDecimalsMoveNothing) {

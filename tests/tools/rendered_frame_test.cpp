@@ -88,39 +88,12 @@ TEST_F(RenderedFrame, TextStandsInTheMiddleOfATransparentGround) {
     EXPECT_NEAR((ink.top + ink.bottom) / 2.0, kHeight / 2.0, 15.0);
 }
 
-TEST_F(RenderedFrame, ParagraphsStandUnderEachOtherEachInTheMiddle) {
-    const InkBox one = BoxOf(Render({}, "H", "60"), IsSolid);
-    const PngImage image = Render({}, "HHHHH\\nH", "60");
-    const InkBox two = BoxOf(image, IsSolid);
-    EXPECT_NEAR((two.left + two.right) / 2.0, kWidth / 2.0, 2.0);
-    EXPECT_GT(two.bottom - two.top, 2 * (one.bottom - one.top));
-
-    PngImage lastLine = image;
-    const auto firstRow = static_cast<size_t>(two.bottom - (one.bottom - one.top) / 2) * kWidth;
-    std::fill_n(lastLine.pixels.begin(), firstRow, 0U);
-    const InkBox last = BoxOf(lastLine, IsSolid);
-    EXPECT_NEAR((last.left + last.right) / 2.0, kWidth / 2.0, 2.0);
-    EXPECT_LT(last.right - last.left, 2 * (one.right - one.left));
-}
-
 TEST_F(RenderedFrame, PositionIsTheUpperLeftCorner) {
     const InkBox at10 = BoxOf(Render({"--position", "10,20"}), IsSolid);
     const InkBox at50 = BoxOf(Render({"--position", "50,60"}), IsSolid);
     EXPECT_EQ(at50.left - at10.left, 40);
     EXPECT_EQ(at50.top - at10.top, 40);
     EXPECT_NEAR(at10.left, 10, 12) << "left bearing of an H less its border";
-}
-
-TEST_F(RenderedFrame, FaceHasTheColorAskedFor) {
-    const PngImage image = Render({"--color", "20C040"});
-    // Multiplied by alpha and divided again a channel may come back a little lower.
-    const auto isFace = [](uint32_t pixel) {
-        const auto near = [pixel](int shift, int wanted) {
-            return std::abs(static_cast<int>(pixel >> shift & 0xFF) - wanted) <= 3;
-        };
-        return IsSolid(pixel) && near(16, 0x20) && near(8, 0xC0) && near(0, 0x40);
-    };
-    EXPECT_GT(BoxOf(image, isFace).pixels, 1000U);
 }
 
 TEST_F(RenderedFrame, BoldIsWiderAndItalicLeans) {
