@@ -83,6 +83,11 @@ TEST(TitleObjectTest, ReadsStylesBack) {
     EXPECT_EQ(fontBack.Size, 1638) << "cut to the largest size";
     EXPECT_EQ(fontBack.Bold, 1);
     EXPECT_EQ(fontBack.Italic, 2) << "the low byte";
+    for (const auto& [weight, bold] : {std::pair{400, 0}, {401, 1}}) {  // as a loaded title may hold
+        owner.String().Fonts[1].LogFont.lfWeight = weight;
+        title.GetCharFont(0, 3, &fontBack);
+        EXPECT_EQ(fontBack.Bold, bold);
+    }
     EXPECT_TRUE(Gives(title, &CCaptionFx::GetCharFace, 3, kTitleOk, face));
     EXPECT_TRUE(Gives(title, &CCaptionFx::GetCharBorder, 3, kTitleOk, border));
     EXPECT_TRUE(Gives(title, &CCaptionFx::GetCharShadow, 3, kTitleOk, shadow));
@@ -152,6 +157,10 @@ TEST(TitleObjectTest, ClearsAtThreeDepths) {
     title.RenderFrame(frame.data(), 1);
     const MetaFace face{};
     title.SetDefaultFace(&face);
+    const CharSpacing spacing{};
+    title.SetDefaultCharSpacing(&spacing);
+    const ParagraphSpec paragraph{1, 1, 1, 1, 1, 1};
+    title.SetDefaultParagraph(&paragraph);
     owner.ChangeSettings([](TitleRenderSettings& s) { s.Width = 99; });
     EXPECT_EQ(title.ResetDefaults(), kTitleOk);
     EXPECT_EQ(title.GetStringCount(), 0);

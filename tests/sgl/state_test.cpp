@@ -40,6 +40,7 @@ TEST(SglState, StatusOfEachRefusal) {
         {"viewport of no rows", [](SGL& gl) { gl.Viewport(0, 0, kMost, 0); }, 31},
         {"light 8", [](SGL& gl) { gl.Lightfv(17, SGL_AMBIENT, params); }, 33},
         {"64 names", [](SGL& gl) { gl.GenTextures(64, out); }, 34},
+        {"bind to 22", [](SGL& gl) { gl.BindTexture(22, 0); }, 33},
         {"bind name 64", [](SGL& gl) { gl.BindTexture(21, 64); }, 32},
         {"image of another format", [](SGL& gl) { gl.TexImage2D(21, 0, 22, 1, 1, 0, 22, 24, out); }, 33},
         {"begin", [](SGL& gl) { gl.Begin(28); }, 32},
