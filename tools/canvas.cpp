@@ -46,7 +46,7 @@ bool Canvas::DrawFrame(IKVT_CaptionFx& title, const TitleRect& rect) {
     std::vector<uint32_t> frame;
     for (int32_t y = 0; y < Height(rect); ++y) frame.insert(frame.end(), Row(rect, y), Row(rect, y) + Width(rect));
     const std::vector<uint32_t> before = frame;
-    if (title.RenderFrame(frame.data(), 0.0F) != kTitleOk) throw std::bad_alloc();
+    RenderWholeFrame(title, frame.data(), 0.0F);
     auto drawn = frame.cbegin();
     for (int32_t y = 0; y < Height(rect); ++y, drawn += Width(rect)) std::copy_n(drawn, Width(rect), Row(rect, y));
     return frame != before;

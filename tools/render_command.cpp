@@ -13,11 +13,11 @@
 #include "tools/console.h"
 #include "tools/frame_times.h"
 #include "tools/option_value.h"
-#include "tools/output_file.h"
 #include "tools/png_file.h"
 #include "tools/title_file.h"
 #include "tools/title_handle.h"
 #include "tools/title_setup.h"
+#include "tools/title_source.h"
 
 namespace captionfx {
 namespace {
@@ -25,14 +25,14 @@ namespace {
 /// Draws one frame over the ground. Returns whether any pixel differs from it.
 bool DrawFrame(IKVT_CaptionFx& title, float time, uint32_t ground, std::span<uint32_t> pixels) {
     std::ranges::fill(pixels, ground);
-    if (title.RenderFrame(pixels.data(), time) != kTitleOk) throw std::bad_alloc();
+    RenderWholeFrame(title, pixels.data(), time);
     // Not the dirty rectangle: it keeps a rim around text that left no ink.
     return std::ranges::any_of(pixels, [ground](uint32_t pixel) { return pixel != ground; });
 }
 
-void WriteFrames(IKVT_CaptionFx& title, const RenderRequest& request) {
+void WriteFrames(IKVT_CaptionFx& title, const RenderRequest& request, FrameSize frame) {
     const uint32_t ground = request.background ? OpaquePixel(*request.background) : 0;
-    const auto [width, height] = request.frame;
+    const auto [width, height] = frame;
     std::vector<uint32_t> pixels(static_cast<size_t>(width) * static_cast<size_t>(height));
     bool isDrawn = false;
     if (request.from) {
@@ -48,20 +48,6 @@ void WriteFrames(IKVT_CaptionFx& title, const RenderRequest& request) {
         WritePng(request.output, pixels, width, height);
     }
     if (!isDrawn) PrintLine("note: nothing was drawn");
-}
-
-/// The library's own file would do, but its failure would be told twice: here and in the debug output.
-void SaveTitle(IKVT_CaptionFx& title, const std::filesystem::path& path) {
-    uint32_t size = 0;
-    std::vector<char16_t> text;
-    if (title.SaveToBuffer(nullptr, &size) == kTitleOk) text.resize(size / sizeof(char16_t));
-    if (text.empty() || title.SaveToBuffer(text.data(), &size) != kTitleOk) throw std::bad_alloc();
-    constexpr char16_t kByteOrderMark = 0xFEFF;
-    text.insert(text.begin(), kByteOrderMark);
-    text.pop_back();  // the terminating zero
-    OutputFile file(path);
-    file.Write(text.data(), text.size() * sizeof(char16_t));
-    file.Finish();
 }
 
 void AddTypedOptions(CLI::App& render, TypedTitle& typed) {
@@ -115,7 +101,7 @@ CLI::App* AddRenderCommand(CLI::App& app, RenderRequest& request) {
     render->footer(
         "Lengths and positions are pixels, times are seconds. What is not asked for has the library's built-in look:\n"
         "a white face, a thin red border, a soft shadow.");
-    render->add_option("title", request.titleFile, "A title as XML; or a typed title:");
+    render->add_option("title", request.titleFile, "A title script, a title as XML, or subtitles; or a typed title:");
     AddTypedOptions(*render, request.typed);
 
     CLI::Option* const at =
@@ -130,7 +116,7 @@ CLI::App* AddRenderCommand(CLI::App& app, RenderRequest& request) {
     to->needs(from);
     rate->needs(from);
     AddValue(*render, "--frame", request.frame, &ParseFrameSize, "a size such as 1280x720, sides 1 to 16384",
-             "Size of the frame [1280x720]");
+             "Size of the frame [that of the title, or 1280x720]");
     AddValue(*render, "--background", request.background, &ParseColor, "a colour RRGGBB, such as 102030",
              "Colour of an opaque ground [transparent]");
     render->add_option("-o,--output", request.output,
@@ -142,14 +128,15 @@ CLI::App* AddRenderCommand(CLI::App& app, RenderRequest& request) {
 
 void Render(const RenderRequest& request) {
     const TitleHandle title = MakeTitle();
-    SetFrame(*title, request.frame, request.background ? Ground::kOpaque : Ground::kTransparent);
+    const Ground ground = request.background ? Ground::kOpaque : Ground::kTransparent;
+    FrameSize frame = SetSourceFrame(*title, {}, request.frame, ground);
     if (request.titleFile.empty()) {
-        AddTypedTitle(*title, request.typed, request.frame);
+        AddTypedTitle(*title, request.typed, frame);
     } else {
-        TitleFile(request.titleFile).LoadInto(*title);
+        frame = SetSourceFrame(*title, LoadTitle(*title, request.titleFile), request.frame, ground);
     }
     if (!request.saveAs.empty()) SaveTitle(*title, request.saveAs);
-    if (!request.output.empty()) WriteFrames(*title, request);
+    if (!request.output.empty()) WriteFrames(*title, request, frame);
 }
 
 }  // namespace captionfx

@@ -18,10 +18,10 @@ struct RenderRequest {
     TypedTitle typed;
     float time = 0.0F;
     std::optional<float> from, to, rate;  ///< All three or none: a sequence.
-    FrameSize frame{1280, 720};
-    std::optional<Rgb> background;  ///< Without one the frame is transparent.
-    std::filesystem::path output;   ///< Of a sequence, a pattern such as frames/%04d.png. Empty: no picture.
-    std::filesystem::path saveAs;   ///< Where the title goes as XML; empty: nowhere.
+    std::optional<FrameSize> frame;       ///< Without one the title's own, or 1280x720.
+    std::optional<Rgb> background;        ///< Without one the frame is transparent.
+    std::filesystem::path output;         ///< Of a sequence, a pattern such as frames/%04d.png. Empty: no picture.
+    std::filesystem::path saveAs;         ///< Where the title goes as XML; empty: nowhere.
 };
 
 /// Adds the command to `app`. Parsing fills `request`, which must outlive it.

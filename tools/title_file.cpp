@@ -5,8 +5,6 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <new>
 #include <optional>
@@ -17,6 +15,8 @@
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 
+#include "tools/input_file.h"
+#include "tools/output_file.h"
 #include "tools/text_encoding.h"
 
 namespace captionfx {
@@ -187,16 +187,30 @@ std::string Decimal(float value) {
     return {text.data(), end};
 }
 
+void AddKeyframe(xmlNode* list, const Keyframe& key) {
+    xmlNode* const item = xmlNewChild(list, nullptr, XmlText("MetaPath"), nullptr);
+    xmlNewProp(item, XmlText("KeyFrame"), XmlText(Decimal(key.time).c_str()));
+    xmlNewProp(item, XmlText("PathID"), XmlText(key.effect.c_str()));
+    xmlNewProp(item, XmlText("PathProgress"), XmlText(Decimal(key.progress).c_str()));
+}
+
+using Document = std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)>;
+
+/// The title as the library writes it into nodes.
+Document SavedNodes(IKVT_CaptionFx& title) {
+    Document document(xmlNewDoc(nullptr), &xmlFreeDoc);
+    xmlNode* const root = xmlNewDocNode(document.get(), nullptr, XmlText("CCaptionFx"), nullptr);
+    xmlDocSetRootElement(document.get(), root);
+    if (title.SaveToNode(root) != kTitleOk ||
+        StringNodes(document.get()).size() != static_cast<size_t>(title.GetStringCount()))
+        throw std::bad_alloc();
+    return document;
+}
+
 }  // namespace
 
 TitleFile::TitleFile(const std::filesystem::path& path) : path_(path) {
-    std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored)) Fail(path, "", "is a folder, not a title");
-    std::ifstream file(path, std::ios::binary);
-    if (!file) Fail(path, "", "cannot be opened: " + std::generic_category().message(errno));
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-    if (bytes.empty()) Fail(path, "", "is empty");
-
+    const std::string bytes = ReadWholeFile(path);
     const FirstError error;
     document_.reset(xmlReadMemory(bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr,
                                   XML_PARSE_NONET | XML_PARSE_BIG_LINES),
@@ -221,20 +235,40 @@ std::vector<FileString> TitleFile::Strings() const {
     return strings;
 }
 
-void SetKeyframes(IKVT_CaptionFx& title, const std::vector<Keyframe>& keys) {
-    const std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> document(xmlNewDoc(nullptr), &xmlFreeDoc);
-    xmlNode* const root = xmlNewDocNode(document.get(), nullptr, XmlText("CCaptionFx"), nullptr);
-    xmlDocSetRootElement(document.get(), root);
-    xmlNode* const list =
-        title.SaveToNode(root) == kTitleOk ? ChildOf(StringNodes(document.get()).at(0), "PathList") : nullptr;
-    if (list == nullptr) throw std::bad_alloc();
-    for (const Keyframe& key : keys) {
-        xmlNode* const item = xmlNewChild(list, nullptr, XmlText("MetaPath"), nullptr);
-        xmlNewProp(item, XmlText("KeyFrame"), XmlText(Decimal(key.time).c_str()));
-        xmlNewProp(item, XmlText("PathID"), XmlText(key.effect.c_str()));
-        xmlNewProp(item, XmlText("PathProgress"), XmlText(Decimal(key.progress).c_str()));
+std::vector<FileString> StringsOf(IKVT_CaptionFx& title) {
+    std::vector<FileString> strings;
+    for (const xmlNode* const node : StringNodes(SavedNodes(title).get())) strings.push_back(FileStringOf(node));
+    return strings;
+}
+
+void SetKeyframes(IKVT_CaptionFx& title, const std::vector<std::vector<Keyframe>>& keys) {
+    const Document document = SavedNodes(title);
+    const std::vector<xmlNode*> strings = StringNodes(document.get());
+    for (size_t i = 0; i < keys.size(); ++i) {
+        xmlNode* const list = ChildOf(strings.at(i), "PathList");
+        if (list == nullptr) throw std::bad_alloc();
+        for (const Keyframe& key : keys[i]) AddKeyframe(list, key);
     }
-    if (title.LoadFromNode(root) != kTitleOk || title.GetStringCount() == 0) throw std::bad_alloc();
+    if (title.LoadFromNode(xmlDocGetRootElement(document.get())) != kTitleOk ||
+        static_cast<size_t>(title.GetStringCount()) != strings.size())
+        throw std::bad_alloc();
+}
+
+std::u16string TitleXml(IKVT_CaptionFx& title) {
+    uint32_t size = 0;
+    std::u16string text;
+    if (title.SaveToBuffer(nullptr, &size) == kTitleOk) text.resize(size / sizeof(char16_t));
+    if (text.empty() || title.SaveToBuffer(text.data(), &size) != kTitleOk) throw std::bad_alloc();
+    text.pop_back();  // the terminating zero
+    return text;
+}
+
+void SaveTitle(IKVT_CaptionFx& title, const std::filesystem::path& path) {
+    constexpr char16_t kByteOrderMark = 0xFEFF;
+    const std::u16string text = kByteOrderMark + TitleXml(title);
+    OutputFile file(path);
+    file.Write(text.data(), text.size() * sizeof(char16_t));
+    file.Finish();
 }
 
 }  // namespace captionfx
