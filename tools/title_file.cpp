@@ -236,8 +236,9 @@ std::vector<FileString> TitleFile::Strings() const {
 }
 
 std::vector<FileString> StringsOf(IKVT_CaptionFx& title) {
+    const Document document = SavedNodes(title);
     std::vector<FileString> strings;
-    for (const xmlNode* const node : StringNodes(SavedNodes(title).get())) strings.push_back(FileStringOf(node));
+    for (const xmlNode* const node : StringNodes(document.get())) strings.push_back(FileStringOf(node));
     return strings;
 }
 

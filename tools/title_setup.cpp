@@ -36,6 +36,25 @@ void SetFrame(IKVT_CaptionFx& title, FrameSize frame, Ground ground) {
     title.SetRenderSettings(&settings);
 }
 
+bool SetDirection(IKVT_CaptionFx& title, bool isVertical) {
+    StringSpec settings{};
+    title.GetStringSettings(kDefaults, &settings);
+    if ((settings.Vertical != 0) == isVertical) return false;
+    settings.Vertical = isVertical ? 1 : 0;
+    title.SetDefaultString(&settings);
+    return true;
+}
+
+bool IsVertical(IKVT_CaptionFx& title) {
+    const int32_t count = title.GetStringCount();
+    for (int32_t i = 0; i < count; ++i) {
+        StringSpec settings{};
+        title.GetStringSettings(i, &settings);
+        if (settings.Vertical == 0) return false;
+    }
+    return count > 0;
+}
+
 void SetScale(IKVT_CaptionFx& title, float scale) {
     TitleRenderSettings settings{};
     title.GetRenderSettings(&settings);

@@ -19,6 +19,14 @@ enum class Ground { kTransparent, kOpaque };
 /// Sets the size of the frames and the finest edges. An opaque ground has alpha 255 everywhere.
 void SetFrame(IKVT_CaptionFx& title, FrameSize frame, Ground ground);
 
+/// Sets whether Latin letters lie on their side, as they do in vertical text. The library asks the title's default for
+/// it, not the string, when it loads, wraps and draws: so a title whose strings run both ways keeps them upright.
+/// Returns whether that changes anything; loaded strings must then be loaded again.
+bool SetDirection(IKVT_CaptionFx& title, bool isVertical);
+
+/// Whether all strings, and at least one, are vertical.
+[[nodiscard]] bool IsVertical(IKVT_CaptionFx& title);
+
 /// Sets how many pixels a document unit has, both ways.
 void SetScale(IKVT_CaptionFx& title, float scale);
 

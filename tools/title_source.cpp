@@ -1,16 +1,59 @@
 #include "tools/title_source.h"
 
 #include <algorithm>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "tools/input_file.h"
+#include "tools/script/json_tree.h"
+#include "tools/script/script_title.h"
+#include "tools/script/title_script.h"
 
 namespace captionfx {
 namespace {
 
 constexpr FrameSize kUsualFrame{1280, 720};
 
+enum class TitleKind { kXml, kScript, kSubRip, kWebVtt };
+
+/// By the name, or else by the first characters that are no space. What is nothing else is taken for XML, whose reader
+/// says what is wrong.
+TitleKind KindOfTitle(const std::filesystem::path& path) {
+    const std::string extension = path.extension().string();
+    if (extension == ".xml") return TitleKind::kXml;
+    if (extension == ".json") return TitleKind::kScript;
+    if (extension == ".srt") return TitleKind::kSubRip;
+    if (extension == ".vtt") return TitleKind::kWebVtt;
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    const std::string bytes = ReadWholeFile(path);
+    std::string_view text = bytes;
+    if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+    if (text.starts_with("WEBVTT")) return TitleKind::kWebVtt;
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+    if (text.starts_with('{')) return TitleKind::kScript;
+    const bool beginsWithNumber = !text.empty() && text.front() >= '0' && text.front() <= '9';
+    return beginsWithNumber ? TitleKind::kSubRip : TitleKind::kXml;
+}
+
 /// How much larger the frame that is asked for shows a title of this frame.
 float Enlargement(FrameSize made, FrameSize asked) {
     return std::min(static_cast<float>(asked.width) / static_cast<float>(made.width),
                     static_cast<float>(asked.height) / static_cast<float>(made.height));
+}
+
+FrameSize FrameOf(IKVT_CaptionFx& title) {
+    TitleRenderSettings settings{};
+    title.GetRenderSettings(&settings);
+    return {settings.Width, settings.Height};
+}
+
+TitleScript ReadScriptFile(const std::filesystem::path& path, FrameSize usual) try {
+    TitleScript script = ReadTitleScript(ReadWholeFile(path), usual);
+    if (script.cue) throw JsonError({}, "", "is a style for subtitles, not a title");
+    return script;
+} catch (const JsonError& error) {
+    throw std::runtime_error(path.string() + ":" + error.what());
 }
 
 float LastKeyOf(const std::vector<FileString>& strings) {
@@ -24,11 +67,22 @@ float LastKeyOf(const std::vector<FileString>& strings) {
 }  // namespace
 
 TitleSource LoadTitle(IKVT_CaptionFx& title, const std::filesystem::path& path) {
-    const TitleFile file(path);
-    file.LoadInto(title);
     TitleSource source;
-    source.strings = file.Strings();
-    source.duration = LastKeyOf(source.strings);
+    if (KindOfTitle(path) == TitleKind::kScript) {
+        const FrameSize usual = FrameOf(title);
+        const TitleScript script = ReadScriptFile(path, usual);
+        BuildTitle(title, script, usual);
+        source.frame = script.frame;
+        source.scale = script.scale;
+        source.strings = StringsOf(title);
+        source.duration = std::max(DurationOf(script), LastKeyOf(source.strings));
+    } else {
+        const TitleFile file(path);
+        file.LoadInto(title);
+        if (SetDirection(title, IsVertical(title))) file.LoadInto(title);
+        source.strings = file.Strings();
+        source.duration = LastKeyOf(source.strings);
+    }
     return source;
 }
 
