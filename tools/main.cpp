@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/console.h"
+#include "tools/convert_command.h"
 #include "tools/effects_command.h"
 #include "tools/render_command.h"
 #include "tools/show_command.h"
@@ -23,9 +24,11 @@ int RunCommandLine(int argc, const char* const* argv) {
     RenderRequest renderRequest;
     ShowRequest showRequest;
     EffectsRequest effectsRequest;
+    ConvertRequest convertRequest;
     const CLI::App* const render = AddRenderCommand(app, renderRequest);
     const CLI::App* const show = AddShowCommand(app, showRequest);
     const CLI::App* const effects = AddEffectsCommand(app, effectsRequest);
+    const CLI::App* const convert = AddConvertCommand(app, convertRequest);
 
     try {
         app.parse(argc, argv);
@@ -44,6 +47,7 @@ int RunCommandLine(int argc, const char* const* argv) {
     if (render->parsed()) Render(renderRequest);
     if (show->parsed()) Show(showRequest);
     if (effects->parsed()) ListOrDrawEffects(effectsRequest);
+    if (convert->parsed()) Convert(convertRequest);
     return EXIT_SUCCESS;
 }
 

@@ -22,9 +22,11 @@ struct TitleSource {
 };
 
 /// Replaces the strings of `title` by those of a file. Its name decides what it is (.xml, .json, .srt, .vtt), and where
-/// the name does not tell, what it holds. A script that names no frame is laid out for the present frame of `title`,
-/// the output settings stay as they are. Throws std::runtime_error with one line: the file, the place, the reason.
-[[nodiscard]] TitleSource LoadTitle(IKVT_CaptionFx& title, const std::filesystem::path& path);
+/// the name does not tell, what it holds. Subtitles look as the script with a cue in `style` says. A script that names
+/// no frame is laid out for the present frame of `title`, the output settings stay as they are. Throws
+/// std::runtime_error with one line: the file, the place, the reason.
+[[nodiscard]] TitleSource LoadTitle(IKVT_CaptionFx& title, const std::filesystem::path& path,
+                                    const std::filesystem::path& style = {});
 
 /// Sets up frames for a loaded title and returns their size: the frame that the source is made for, or the one that is
 /// asked for, into which the source's frame is fitted as a whole, its upper left corner staying in the corner. Without

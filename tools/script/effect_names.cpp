@@ -10,7 +10,7 @@
 namespace captionfx {
 namespace {
 
-constexpr std::string_view kPrefix = "PATH_", kRest = "PATH_NOEFFECT", kRestName = "none";
+constexpr std::string_view kPrefix = "PATH_", kRest = "PATH_NOEFFECT", kRestName = "none", kNothingName = "nothing";
 
 /// Letters and digits in capitals.
 std::string Folded(std::string_view name) {
@@ -37,6 +37,7 @@ size_t LengthOfFirstWord(std::string_view token) {
 
 std::optional<std::string> EffectOfName(std::string_view name) {
     if (name == kRestName) return std::string(kRest);
+    if (name == kNothingName) return std::string();
     const std::string folded = Folded(name);
     for (const EffectInfo& effect : EffectList()) {
         if (name == effect.name || folded == effect.name.substr(kPrefix.size())) return std::string(effect.name);
@@ -46,6 +47,7 @@ std::optional<std::string> EffectOfName(std::string_view name) {
 
 std::string NameOfEffect(std::string_view effect) {
     if (effect == kRest) return std::string(kRestName);
+    if (effect.empty()) return std::string(kNothingName);
     if (std::ranges::find(EffectList(), effect, &EffectInfo::name) == EffectList().end()) return std::string(effect);
     const std::string_view token = effect.substr(kPrefix.size());
     std::string name;

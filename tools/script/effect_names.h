@@ -8,7 +8,8 @@
 namespace captionfx {
 
 /// The effect that a name stands for, as the library calls it: its own name, or the readable one; where hyphens stand
-/// and in which case letters are does not matter. "none" is the text at rest. Nothing where there is no such effect.
+/// and in which case letters are does not matter. "none" is the text at rest, "nothing" no text. Nothing where there is
+/// no such effect.
 [[nodiscard]] std::optional<std::string> EffectOfName(std::string_view name);
 
 /// The readable name of an effect of the list; any other name comes back as it is.

@@ -101,12 +101,12 @@ public:
         keyPlace_ = NextPlace();
         key_ = std::move(value);
         if (FindMember(*open_.back(), key_) != nullptr)
-            throw JsonError(keyPlace_, open_.back()->path, "the key '" + key_ + "' is there twice");
+            throw PlacedError(keyPlace_, open_.back()->path, "the key '" + key_ + "' is there twice");
         return true;
     }
 
     bool parse_error(size_t position, const std::string& /*token*/, const Json::exception& error) override {
-        throw JsonError(places_.At(position == 0 ? 0 : position - 1), "", ReasonOf(error.what()));
+        throw PlacedError(places_.At(position == 0 ? 0 : position - 1), "", ReasonOf(error.what()));
     }
 
 private:
@@ -148,7 +148,7 @@ private:
         node.kind = kind;
         Add(std::move(node));
         open_.push_back(open_.empty() ? &document_ : &open_.back()->items.back());
-        if (open_.size() > kDeepest) throw JsonError(open_.back()->place, "", "values are nested too deep");
+        if (open_.size() > kDeepest) throw PlacedError(open_.back()->place, "", "values are nested too deep");
         return true;
     }
 
@@ -170,7 +170,7 @@ private:
 
 }  // namespace
 
-JsonError::JsonError(TextPlace place, std::string_view path, std::string_view reason)
+PlacedError::PlacedError(TextPlace place, std::string_view path, std::string_view reason)
     : std::runtime_error(std::to_string(place.line) + ":" + std::to_string(place.column) + ": " + std::string(path) +
                          (path.empty() ? "" : ": ") + std::string(reason)) {}
 

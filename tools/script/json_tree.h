@@ -29,13 +29,13 @@ struct JsonValue {
 };
 
 /// A fault in a document: "12:5: strings[2].face: expected a colour". The reader of the file puts its name in front.
-class JsonError : public std::runtime_error {
+class PlacedError : public std::runtime_error {
 public:
-    JsonError(TextPlace place, std::string_view path, std::string_view reason);
+    PlacedError(TextPlace place, std::string_view path, std::string_view reason);
 };
 
-/// Reads a document, UTF-8 with or without a byte-order mark. Throws JsonError for what is not JSON, for a key that an
-/// object has twice, and for values nested more than 32 deep.
+/// Reads a document, UTF-8 with or without a byte-order mark. Throws PlacedError for what is not JSON, for a key that
+/// an object has twice, and for values nested more than 32 deep.
 [[nodiscard]] JsonValue ParseJson(std::string_view text);
 
 /// The member of an object; null where it has none.

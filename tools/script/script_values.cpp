@@ -54,11 +54,11 @@ size_t Distance(std::string_view a, std::string_view b) {
 }  // namespace
 
 void Fail(const JsonValue& value, std::string_view reason) {
-    throw JsonError(value.place, value.path, reason);
+    throw PlacedError(value.place, value.path, reason);
 }
 
 void FailKey(const JsonValue& member, std::string_view reason) {
-    throw JsonError(member.keyPlace, member.path, reason);
+    throw PlacedError(member.keyPlace, member.path, reason);
 }
 
 void FailExpected(const JsonValue& value, std::string_view expected) {

@@ -86,8 +86,6 @@ void ApplyShadow(const JsonValue& value, MetaShadow& shadow) {
     ApplyPart(value, kShadowKeys, PlainStyle().shadow, shadow, [&] {
         if (shadow.EnableFace == 0 && shadow.EnableBorder == 0) shadow.EnableFace = shadow.EnableBorder = 1;
         With(value, "casts", [&](const JsonValue& v) {
-            constexpr std::array<ScriptWord<int32_t>, 4> kCasters{
-                {{"nothing", 0}, {"face", 1}, {"border", 2}, {"both", 3}}};
             const int32_t caster = WordOf(v, std::span<const ScriptWord<int32_t>>(kCasters));
             shadow.EnableFace = caster % 2;
             shadow.EnableBorder = caster / 2;

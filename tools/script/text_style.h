@@ -51,15 +51,18 @@ inline constexpr std::array<ScriptWord<int32_t>, 8> kGradients{{{"up", 0},
                                                                 {"down-left", 6},
                                                                 {"down-right", 7}}};
 
+/// What of a character casts its shadow: 1 the face, 2 the border.
+inline constexpr std::array<ScriptWord<int32_t>, 4> kCasters{{{"nothing", 0}, {"face", 1}, {"border", 2}, {"both", 3}}};
+
 /// The named styles of a script.
 class StyleTable {
 public:
     StyleTable() = default;
-    /// Reads the object of styles, which must outlive the table, and checks all of them. Throws JsonError.
+    /// Reads the object of styles, which must outlive the table, and checks all of them. Throws PlacedError.
     explicit StyleTable(const JsonValue& styles);
 
     /// Lays over `style` what an object with style keys says: first the named style that its "style" names, with all
-    /// that it extends, then the object's own keys. Other keys are passed over. Throws JsonError.
+    /// that it extends, then the object's own keys. Other keys are passed over. Throws PlacedError.
     void Apply(const JsonValue& object, TextStyle& style) const;
 
 private:

@@ -34,7 +34,7 @@ inline constexpr std::array<std::string_view, 5> kTimelineKeys{"start", "in", "h
 inline constexpr std::array<std::string_view, 2> kPassageKeys{"effect", "seconds"};
 inline constexpr std::array<std::string_view, 3> kKeyframeKeys{"time", "effect", "progress"};
 
-/// Reads the timeline's keys of a string. Throws JsonError.
+/// Reads the timeline's keys of a string. Throws PlacedError.
 [[nodiscard]] Timeline ReadTimeline(const JsonValue& string);
 
 /// An effect's name, readable or the library's own.

@@ -32,16 +32,10 @@ FrameSize ReadFrame(const JsonValue& value) {
     return {side("width"), side("height")};
 }
 
-/// Text with a paragraph for each line.
 std::u16string ReadText(const JsonValue& value) {
     if (value.kind != JsonKind::kString) FailExpected(value, "a text");
-    std::string text;
-    for (const char c : value.text) {
-        if (c == '\0') Fail(value, "a text cannot hold the character U+0000");
-        if (c == '\n' && !text.ends_with('\r')) text += '\r';
-        text += c;
-    }
-    return Utf16FromUtf8(text).value_or(u"");  // the parser has seen to UTF-8
+    if (value.text.find('\0') != std::string::npos) Fail(value, "a text cannot hold the character U+0000");
+    return ParagraphsOf(value.text);
 }
 
 /// Reads one string after another, for a page of one size.
@@ -178,6 +172,15 @@ private:
 
 Page PageOf(FrameSize frame, float scale) {
     return {static_cast<float>(frame.width) / scale, static_cast<float>(frame.height) / scale};
+}
+
+std::u16string ParagraphsOf(std::string_view text) {
+    std::string paragraphs;
+    for (const char c : text) {
+        if (c == '\n' && !paragraphs.ends_with('\r')) paragraphs += '\r';
+        paragraphs += c;
+    }
+    return Utf16FromUtf8(paragraphs).value_or(u"");  // readers of files have seen to UTF-8
 }
 
 TitleScript ReadTitleScript(std::string_view text, FrameSize usual) {

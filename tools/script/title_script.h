@@ -91,7 +91,10 @@ inline constexpr std::array<ScriptWord<float ParagraphSpec::*>, 5> kParagraphLen
      {"leftIndent", &ParagraphSpec::LeftIndent},
      {"rightIndent", &ParagraphSpec::RightIndent}}};
 
-/// Reads a script; `usual` is the frame of one that names none. Throws JsonError.
+/// UTF-8 as the text of a title: a line feed begins a paragraph.
+[[nodiscard]] std::u16string ParagraphsOf(std::string_view text);
+
+/// Reads a script; `usual` is the frame of one that names none. Throws PlacedError.
 [[nodiscard]] TitleScript ReadTitleScript(std::string_view text, FrameSize usual);
 
 /// The end of the title in seconds: its own duration, or the end of its last string.
