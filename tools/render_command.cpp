@@ -16,6 +16,7 @@
 #include "tools/png_file.h"
 #include "tools/title_file.h"
 #include "tools/title_handle.h"
+#include "tools/title_player.h"
 #include "tools/title_setup.h"
 #include "tools/title_source.h"
 
@@ -23,9 +24,9 @@ namespace captionfx {
 namespace {
 
 /// Draws one frame over the ground. Returns whether any pixel differs from it.
-bool DrawFrame(IKVT_CaptionFx& title, float time, uint32_t ground, std::span<uint32_t> pixels) {
+bool DrawFrame(TitlePlayer& player, float time, uint32_t ground, std::span<uint32_t> pixels) {
     std::ranges::fill(pixels, ground);
-    RenderWholeFrame(title, pixels.data(), time);
+    player.Draw(pixels.data(), time);
     // Not the dirty rectangle: it keeps a rim around text that left no ink.
     return std::ranges::any_of(pixels, [ground](uint32_t pixel) { return pixel != ground; });
 }
@@ -34,17 +35,18 @@ void WriteFrames(IKVT_CaptionFx& title, const RenderRequest& request, FrameSize 
     const uint32_t ground = request.background ? OpaquePixel(*request.background) : 0;
     const auto [width, height] = frame;
     std::vector<uint32_t> pixels(static_cast<size_t>(width) * static_cast<size_t>(height));
+    TitlePlayer player(title);
     bool isDrawn = false;
     if (request.from) {
         const std::string pattern = request.output.string();
         if (request.output.has_parent_path()) std::filesystem::create_directories(request.output.parent_path());
         const int32_t count = FrameCount(*request.from, *request.to, *request.rate);
         for (int32_t i = 0; i < count; ++i) {
-            isDrawn = DrawFrame(title, FrameTime(*request.from, *request.rate, i), ground, pixels) || isDrawn;
+            isDrawn = DrawFrame(player, FrameTime(*request.from, *request.rate, i), ground, pixels) || isDrawn;
             WritePng(FrameFile(pattern, i), pixels, width, height);
         }
     } else {
-        isDrawn = DrawFrame(title, request.time, ground, pixels);
+        isDrawn = DrawFrame(player, request.time, ground, pixels);
         WritePng(request.output, pixels, width, height);
     }
     if (!isDrawn) PrintLine("note: nothing was drawn");

@@ -13,11 +13,11 @@
 #include <string_view>
 
 #include <libxml/parser.h>
-#include <libxml/tree.h>
 
 #include "tools/input_file.h"
 #include "tools/output_file.h"
 #include "tools/text_encoding.h"
+#include "tools/title_nodes.h"
 
 namespace captionfx {
 namespace {
@@ -39,33 +39,6 @@ struct FirstError {
         while (first.reason.ends_with('\n')) first.reason.pop_back();
     }
 };
-
-const xmlChar* XmlText(const char* text) {
-    return reinterpret_cast<const xmlChar*>(text);
-}
-
-bool IsElement(const xmlNode& node, std::string_view name) {
-    return node.type == XML_ELEMENT_NODE && name == reinterpret_cast<const char*>(node.name);
-}
-
-xmlNode* ChildOf(const xmlNode* parent, std::string_view name) {
-    xmlNode* child = parent == nullptr ? nullptr : parent->children;
-    while (child != nullptr && !IsElement(*child, name)) child = child->next;
-    return child;
-}
-
-std::vector<xmlNode*> ItemsOf(const xmlNode* list, std::string_view name) {
-    std::vector<xmlNode*> items;
-    for (xmlNode* child = list == nullptr ? nullptr : list->children; child != nullptr; child = child->next) {
-        if (IsElement(*child, name)) items.push_back(child);
-    }
-    return items;
-}
-
-std::string AttributeOf(const xmlNode* node, const char* name) {
-    const std::unique_ptr<xmlChar, decltype(xmlFree)> text(xmlGetNoNsProp(node, XmlText(name)), xmlFree);
-    return text ? reinterpret_cast<const char*>(text.get()) : "";
-}
 
 /// The number that a text begins with, 0 without one; nothing for one that is not finite.
 std::optional<float> FiniteNumber(std::string_view text) {
@@ -141,10 +114,6 @@ void CheckString(const std::filesystem::path& path, const xmlNode& node, size_t 
     }
 }
 
-std::vector<xmlNode*> StringNodes(const xmlDoc* document) {
-    return ItemsOf(ChildOf(xmlDocGetRootElement(document), "StringList"), "MetaString");
-}
-
 /// The face name inside a font record: 32 UTF-16 units from byte 28 on, as hexadecimal digits, lower byte first.
 std::string FaceNameOf(const std::string& logFont) {
     constexpr size_t kNameAt = 28, kUnits = 32;
@@ -165,12 +134,7 @@ std::string FaceNameOf(const std::string& logFont) {
 
 FileString FileStringOf(const xmlNode* node) {
     FileString string;
-    for (const xmlNode* const key : ItemsOf(ChildOf(node, "PathList"), "MetaPath")) {
-        string.keys.push_back({.time = FiniteNumber(AttributeOf(key, "KeyFrame")).value_or(0.0F),
-                               .effect = AttributeOf(key, "PathID"),
-                               .progress = FiniteNumber(AttributeOf(key, "PathProgress")).value_or(0.0F)});
-    }
-    std::ranges::stable_sort(string.keys, {}, &Keyframe::time);
+    string.keys = KeyframesOf(*node);
     std::vector<std::string> names;
     for (const xmlNode* const font : ItemsOf(ChildOf(node, "FontList"), "MetaFont")) {
         names.push_back(FaceNameOf(AttributeOf(font, "LogFont")));
@@ -192,19 +156,6 @@ void AddKeyframe(xmlNode* list, const Keyframe& key) {
     xmlNewProp(item, XmlText("KeyFrame"), XmlText(Decimal(key.time).c_str()));
     xmlNewProp(item, XmlText("PathID"), XmlText(key.effect.c_str()));
     xmlNewProp(item, XmlText("PathProgress"), XmlText(Decimal(key.progress).c_str()));
-}
-
-using Document = std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)>;
-
-/// The title as the library writes it into nodes.
-Document SavedNodes(IKVT_CaptionFx& title) {
-    Document document(xmlNewDoc(nullptr), &xmlFreeDoc);
-    xmlNode* const root = xmlNewDocNode(document.get(), nullptr, XmlText("CCaptionFx"), nullptr);
-    xmlDocSetRootElement(document.get(), root);
-    if (title.SaveToNode(root) != kTitleOk ||
-        StringNodes(document.get()).size() != static_cast<size_t>(title.GetStringCount()))
-        throw std::bad_alloc();
-    return document;
 }
 
 }  // namespace
@@ -235,24 +186,33 @@ std::vector<FileString> TitleFile::Strings() const {
     return strings;
 }
 
+std::vector<Keyframe> KeyframesOf(const xmlNode& string) {
+    std::vector<Keyframe> keys;
+    for (const xmlNode* const key : ItemsOf(ChildOf(&string, "PathList"), "MetaPath")) {
+        keys.push_back({.time = FiniteNumber(AttributeOf(key, "KeyFrame")).value_or(0.0F),
+                        .effect = AttributeOf(key, "PathID"),
+                        .progress = FiniteNumber(AttributeOf(key, "PathProgress")).value_or(0.0F)});
+    }
+    std::ranges::stable_sort(keys, {}, &Keyframe::time);
+    return keys;
+}
+
 std::vector<FileString> StringsOf(IKVT_CaptionFx& title) {
-    const Document document = SavedNodes(title);
+    const TitleDocument document = SavedNodes(title);
     std::vector<FileString> strings;
     for (const xmlNode* const node : StringNodes(document.get())) strings.push_back(FileStringOf(node));
     return strings;
 }
 
 void SetKeyframes(IKVT_CaptionFx& title, const std::vector<std::vector<Keyframe>>& keys) {
-    const Document document = SavedNodes(title);
+    const TitleDocument document = SavedNodes(title);
     const std::vector<xmlNode*> strings = StringNodes(document.get());
     for (size_t i = 0; i < keys.size(); ++i) {
         xmlNode* const list = ChildOf(strings.at(i), "PathList");
         if (list == nullptr) throw std::bad_alloc();
         for (const Keyframe& key : keys[i]) AddKeyframe(list, key);
     }
-    if (title.LoadFromNode(xmlDocGetRootElement(document.get())) != kTitleOk ||
-        static_cast<size_t>(title.GetStringCount()) != strings.size())
-        throw std::bad_alloc();
+    LoadNodes(title, document.get());
 }
 
 std::u16string TitleXml(IKVT_CaptionFx& title) {

@@ -11,7 +11,8 @@
 
 #include "tools/argument_values.h"
 
-struct _xmlDoc;  // libxml2's name for its document
+struct _xmlDoc;   // libxml2's names for its document
+struct _xmlNode;  // and its nodes
 
 namespace captionfx {
 
@@ -35,6 +36,9 @@ private:
     std::filesystem::path path_;
     std::shared_ptr<_xmlDoc> document_;
 };
+
+/// The keyframes of a string's node, by rising time.
+[[nodiscard]] std::vector<Keyframe> KeyframesOf(const _xmlNode& string);
 
 /// The same of the strings of a title, face names as they are realised here.
 [[nodiscard]] std::vector<FileString> StringsOf(IKVT_CaptionFx& title);

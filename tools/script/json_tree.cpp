@@ -59,11 +59,17 @@ private:
     TextPlace place_;
 };
 
-/// "[json...] parse error at line 1, column 2: syntax error ..." without what is told already.
+/// "[json...] parse error at line 1, column 2: syntax error ...; last read: 'x'; expected ..." without what the place
+/// tells already.
 std::string ReasonOf(std::string_view message) {
     message.remove_prefix(std::min(message.find("] ") + 2, message.size()));
     if (message.starts_with("parse error at")) message.remove_prefix(message.find(": ") + 2);
-    return std::string(message);
+    const size_t read = message.find("; last read: ");
+    std::string reason(message.substr(0, read));
+    const size_t expected = message.rfind("; expected ");
+    if (read != std::string_view::npos && expected != std::string_view::npos && expected > read)
+        reason += message.substr(expected);
+    return reason;
 }
 
 /// Builds the tree from the parser's events. A token begins at the first byte behind the token before it that is
