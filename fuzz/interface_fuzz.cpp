@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "fuzz/input_reader.h"
+#include "paths/path_catalog.h"
 #include "support/fake_platform.h"
 
 namespace captionfx::fuzz {
@@ -152,16 +153,21 @@ private:
                                       .RightIndent = in_.Length()};
         title_.SetDefaultParagraph(&paragraph);
     }
+    /// Any effect, none, or one that nobody knows.
+    std::string_view EffectName() {
+        const std::span<const PathCatalogEntry> effects = PathCatalog();
+        const auto n = static_cast<size_t>(in_.Byte()) % (effects.size() + 3);
+        constexpr std::string_view kOthers[] = {"", "PATH_NONE", "PATH_SCROLLNRESIZE"};
+        return n < effects.size() ? std::string_view(effects[n].PathName) : kOthers[n - effects.size()];
+    }
     void SetString() {
-        constexpr const char* kEffects[] = {"PATH_NOEFFECT", "PATH_FADE", "PATH_GLOW",
-                                            "PATH_TRANCEUP", "",          "PATH_NONE"};
         StringSpec settings{};
         settings.Left = in_.Length();
         settings.Top = in_.Length();
         settings.WidthLimit = in_.UpTo(2) == 0 ? 1e9F : in_.Length();
         settings.RotateDegree = in_.UpTo(3) == 0 ? in_.Length() : 0;
         settings.Vertical = in_.UpTo(4) == 0 ? 1 : 0;
-        SetText(settings.PathID, kEffects[in_.UpTo(6)]);
+        SetText(settings.PathID, EffectName());
         settings.PathProgress = in_.UpTo(2) == 0 ? 1 : in_.Length() / 64;
         title_.SetDefaultString(&settings);
     }
@@ -217,7 +223,7 @@ private:
         const float time = in_.Length();
         if (!IsIndexOf(strings, index) || time != time) return;
         MetaPath path{};
-        SetText(path.PathID, in_.UpTo(2) == 0 ? "PATH_FADE" : "PATH_NOEFFECT");
+        SetText(path.PathID, in_.UpTo(2) == 0 ? "PATH_FADE" : EffectName());
         path.PathProgress = in_.Length() / 64;
         At(strings, index).PathList.emplace(time, path);
     }

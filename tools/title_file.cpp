@@ -12,6 +12,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include <libxml/SAX2.h>
 #include <libxml/parser.h>
 
 #include "tools/input_file.h"
@@ -40,12 +41,14 @@ struct FirstError {
     }
 };
 
-/// The number that a text begins with, 0 without one; nothing for one that is not finite.
-std::optional<float> FiniteNumber(std::string_view text) {
-    float value = 0;
-    const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error == std::errc::result_out_of_range || !std::isfinite(value)) return std::nullopt;
-    return value;
+/// The library refuses entities, which can keep a parser busy for hours.
+void RefuseEntity(void* context, const xmlChar* /*name*/, int /*type*/, const xmlChar* /*publicId*/,
+                  const xmlChar* /*systemId*/, xmlChar* /*content*/) {
+    auto* const parser = static_cast<xmlParserCtxt*>(context);
+    auto& error = *static_cast<FirstError*>(parser->_private);
+    error.place = std::to_string(xmlSAX2GetLineNumber(parser)) + ":" + std::to_string(xmlSAX2GetColumnNumber(parser));
+    error.reason = "declares an entity, which no title may";
+    xmlStopParser(parser);
 }
 
 [[noreturn]] void Fail(const std::filesystem::path& path, const std::string& place, const std::string& reason) {
@@ -55,8 +58,9 @@ std::optional<float> FiniteNumber(std::string_view text) {
 /// Where a fault is: all of a title often stands on one line, so that elements count more than lines.
 std::string PlaceOf(const xmlNode& node, size_t string, size_t item) {
     std::string place = std::to_string(xmlGetLineNo(&node)) + ": string " + std::to_string(string);
-    if (!IsElement(node, "MetaString"))
-        place += ", " + std::string(reinterpret_cast<const char*>(node.name)) + " " + std::to_string(item);
+    if (!IsElement(node, "MetaString")) {
+        place.append(", ").append(reinterpret_cast<const char*>(node.name)).append(" ").append(std::to_string(item));
+    }
     return place;
 }
 
@@ -89,8 +93,9 @@ void CheckStyles(const std::filesystem::path& path, const xmlNode& character, si
         const std::string text = AttributeOf(&character, name.c_str());
         const long index = Integer(text);
         if (index < 0 || static_cast<size_t>(index) >= count) {
-            Fail(path, PlaceOf(character, string, item),
-                 name + " '" + text + "' names none of the " + std::to_string(count) + " items of its list");
+            std::string reason = name;
+            reason.append(" '").append(text).append("' names none of the ").append(std::to_string(count));
+            Fail(path, PlaceOf(character, string, item), reason.append(" items of its list"));
         }
     }
 }
@@ -160,41 +165,39 @@ void AddKeyframe(xmlNode* list, const Keyframe& key) {
 
 }  // namespace
 
+struct TitleFile::Document {
+    std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> Xml;
+};
+
 TitleFile::TitleFile(const std::filesystem::path& path) : path_(path) {
     const std::string bytes = ReadWholeFile(path);
-    const FirstError error;
-    document_.reset(xmlReadMemory(bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr,
-                                  XML_PARSE_NONET | XML_PARSE_BIG_LINES),
-                    xmlFreeDoc);
-    if (!document_) Fail(path, error.place, error.reason);
-    const xmlNode* const root = xmlDocGetRootElement(document_.get());
+    FirstError error;
+    const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser(xmlNewParserCtxt(), &xmlFreeParserCtxt);
+    if (!parser) throw std::bad_alloc();
+    parser->_private = &error;
+    parser->sax->entityDecl = &RefuseEntity;
+    document_ = std::make_shared<const Document>(
+        Document{{xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr,
+                                    XML_PARSE_NONET | XML_PARSE_BIG_LINES),
+                  &xmlFreeDoc}});
+    if (!document_->Xml) Fail(path, error.place, error.reason);
+    const xmlNode* const root = xmlDocGetRootElement(document_->Xml.get());
     if (!IsElement(*root, "CCaptionFx"))
         Fail(path, std::to_string(xmlGetLineNo(root)), "is no title: its root is not CCaptionFx");
     size_t string = 0;
-    for (const xmlNode* const node : StringNodes(document_.get())) CheckString(path, *node, string++);
+    for (const xmlNode* const node : StringNodes(document_->Xml.get())) CheckString(path, *node, string++);
 }
 
 void TitleFile::LoadInto(IKVT_CaptionFx& title) const {
-    const int32_t status = title.LoadFromNode(xmlDocGetRootElement(document_.get()));
-    const auto count = static_cast<int32_t>(StringNodes(document_.get()).size());
+    const int32_t status = title.LoadFromNode(xmlDocGetRootElement(document_->Xml.get()));
+    const auto count = static_cast<int32_t>(StringNodes(document_->Xml.get()).size());
     if (status != kTitleOk || title.GetStringCount() != count) Fail(path_, "", "the library refuses this title");
 }
 
 std::vector<FileString> TitleFile::Strings() const {
     std::vector<FileString> strings;
-    for (const xmlNode* const node : StringNodes(document_.get())) strings.push_back(FileStringOf(node));
+    for (const xmlNode* const node : StringNodes(document_->Xml.get())) strings.push_back(FileStringOf(node));
     return strings;
-}
-
-std::vector<Keyframe> KeyframesOf(const xmlNode& string) {
-    std::vector<Keyframe> keys;
-    for (const xmlNode* const key : ItemsOf(ChildOf(&string, "PathList"), "MetaPath")) {
-        keys.push_back({.time = FiniteNumber(AttributeOf(key, "KeyFrame")).value_or(0.0F),
-                        .effect = AttributeOf(key, "PathID"),
-                        .progress = FiniteNumber(AttributeOf(key, "PathProgress")).value_or(0.0F)});
-    }
-    std::ranges::stable_sort(keys, {}, &Keyframe::time);
-    return keys;
 }
 
 std::vector<FileString> StringsOf(IKVT_CaptionFx& title) {

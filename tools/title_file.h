@@ -11,9 +11,6 @@
 
 #include "tools/argument_values.h"
 
-struct _xmlDoc;   // libxml2's names for its document
-struct _xmlNode;  // and its nodes
-
 namespace captionfx {
 
 /// What of a string stands in the file alone.
@@ -33,12 +30,11 @@ public:
     [[nodiscard]] std::vector<FileString> Strings() const;
 
 private:
-    std::filesystem::path path_;
-    std::shared_ptr<_xmlDoc> document_;
-};
+    struct Document;  // of the system's XML library
 
-/// The keyframes of a string's node, by rising time.
-[[nodiscard]] std::vector<Keyframe> KeyframesOf(const _xmlNode& string);
+    std::filesystem::path path_;
+    std::shared_ptr<const Document> document_;
+};
 
 /// The same of the strings of a title, face names as they are realised here.
 [[nodiscard]] std::vector<FileString> StringsOf(IKVT_CaptionFx& title);

@@ -1,7 +1,11 @@
 #include "tools/title_nodes.h"
 
+#include <algorithm>
+#include <charconv>
+#include <cmath>
 #include <cstddef>
 #include <new>
+#include <system_error>
 
 namespace captionfx {
 
@@ -30,6 +34,25 @@ std::string AttributeOf(const xmlNode* node, const char* name) {
 
 std::vector<xmlNode*> StringNodes(const xmlDoc* document) {
     return ItemsOf(ChildOf(xmlDocGetRootElement(document), "StringList"), "MetaString");
+}
+
+/// The number that a text begins with, 0 without one; nothing for one that is not finite.
+std::optional<float> FiniteNumber(std::string_view text) {
+    float value = 0;
+    const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error == std::errc::result_out_of_range || !std::isfinite(value)) return std::nullopt;
+    return value;
+}
+
+std::vector<Keyframe> KeyframesOf(const xmlNode& string) {
+    std::vector<Keyframe> keys;
+    for (const xmlNode* const key : ItemsOf(ChildOf(&string, "PathList"), "MetaPath")) {
+        keys.push_back({.time = FiniteNumber(AttributeOf(key, "KeyFrame")).value_or(0.0F),
+                        .effect = AttributeOf(key, "PathID"),
+                        .progress = FiniteNumber(AttributeOf(key, "PathProgress")).value_or(0.0F)});
+    }
+    std::ranges::stable_sort(keys, {}, &Keyframe::time);
+    return keys;
 }
 
 TitleDocument EmptyTitleDocument() {

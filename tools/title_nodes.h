@@ -2,12 +2,15 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include <captionfx/caption_fx.h>
 #include <libxml/tree.h>
+
+#include "tools/argument_values.h"
 
 namespace captionfx {
 
@@ -33,6 +36,12 @@ using TitleDocument = std::unique_ptr<xmlDoc, DocumentRelease>;
 
 /// The strings of a title's document.
 [[nodiscard]] std::vector<xmlNode*> StringNodes(const xmlDoc* document);
+
+/// The number that a text begins with, 0 without one; nothing for one that is not finite.
+[[nodiscard]] std::optional<float> FiniteNumber(std::string_view text);
+
+/// The keyframes of a string, by rising time.
+[[nodiscard]] std::vector<Keyframe> KeyframesOf(const xmlNode& string);
 
 /// A document with a root alone, the element of a title.
 [[nodiscard]] TitleDocument EmptyTitleDocument();

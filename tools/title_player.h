@@ -3,11 +3,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include <captionfx/caption_fx.h>
-
-#include "tools/title_nodes.h"
 
 namespace captionfx {
 
@@ -18,23 +17,21 @@ class TitlePlayer {
 public:
     /// The title must outlive the player, which from now on decides what strings it holds. Throws std::bad_alloc.
     explicit TitlePlayer(IKVT_CaptionFx& title);
+    TitlePlayer(const TitlePlayer&) = delete;
+    TitlePlayer& operator=(const TitlePlayer&) = delete;
+    ~TitlePlayer();
 
     /// Composites the frame onto `pixels`, all strings in it. Throws std::bad_alloc.
     void Draw(uint32_t* pixels, float time);
 
 private:
-    /// A string of the title and when it can be seen.
-    struct PlayedString {
-        xmlNode* node;
-        float first, last;
-    };
+    struct Strings;  // nodes of the system's XML library
 
     void Hold(const std::vector<size_t>& seen);
 
     IKVT_CaptionFx& title_;
-    TitleDocument document_;  // all strings; null for a title of few
-    std::vector<PlayedString> strings_;
-    std::vector<size_t> held_;  // by index, those that the title holds
+    std::unique_ptr<const Strings> strings_;  // null for a title of few
+    std::vector<size_t> held_;                // by index, those that the title holds
 };
 
 }  // namespace captionfx

@@ -258,17 +258,17 @@ public:
 
     // ---- Titles as XML (slots 30 to 35) ----
 
-    // Loading fits every character to the fonts of this machine. What is no title (not well-formed, another root, a style
-    // index that names nothing, a number that is not finite) is refused with kTitleFailure: the title is empty then, and
-    // its defaults stay. docs/title-format.md describes the format.
+    // Loading fits every character to the fonts of this machine. What is no title (not well-formed, another root, a
+    // style index that names nothing, a number that is not finite) is refused with kTitleFailure: the title is empty
+    // then, and its defaults stay. docs/title-format.md describes the format.
 
     /// Replaces the strings by those of an XML document in `xml`, zero-terminated. Status; a null pointer changes
     /// nothing.
     virtual int32_t LoadFromBuffer(const char16_t* xml) noexcept = 0;
 
-    /// Writes the title as XML and a terminating 0 into `buffer`. `sizeInBytes` holds the buffer's size and gets the size
-    /// needed; a null or too small buffer gets nothing, which is no failure. Status; kTitleFailure for a title that holds
-    /// a number which is not finite, here and in SaveToFile.
+    /// Writes the title as XML and a terminating 0 into `buffer`. `sizeInBytes` holds the buffer's size and gets the
+    /// size needed; a null or too small buffer gets nothing, which is no failure. Status; kTitleFailure for a title
+    /// that holds a number which is not finite, here and in SaveToFile.
     virtual int32_t SaveToBuffer(char16_t* buffer, uint32_t* sizeInBytes) noexcept = 0;
 
     /// Replaces the strings by those of an XML file. Status; an empty path changes nothing.
@@ -278,8 +278,8 @@ public:
     virtual int32_t SaveToFile(const char16_t* path) noexcept = 0;
 
     /// Replaces the strings by those under an XML element: an xmlNodePtr on Linux, an IXMLDOMNode* on Windows, whose
-    /// child is "StringList". The element stays the caller's. Status of the XML service: what is no title leaves an empty
-    /// one with kTitleOk.
+    /// child is "StringList". The element stays the caller's. Status of the XML service: what is no title leaves an
+    /// empty one with kTitleOk.
     virtual int32_t LoadFromNode(void* element) noexcept = 0;
 
     /// Writes "StringList" as a child of an XML element; the element types are those of LoadFromNode. Status of the XML

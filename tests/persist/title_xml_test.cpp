@@ -106,8 +106,8 @@ TEST(TitleXmlTest, WhatIsMissingIsZeroAndWhatIsUnknownIsPassedOver) {
     const std::string longName(260, 'x');
     ASSERT_EQ(
         LoadText(title.Title,
-                 "<!DOCTYPE CCaptionFx [<!ENTITY two '2'>]><CCaptionFx><StringList><MetaString Vertical='True' "
-                 "Left='&two;.5' ParagraphCount='#1F' PathID='" +
+                 "<!DOCTYPE CCaptionFx><CCaptionFx><StringList><MetaString Vertical='True' "
+                 "Left='&#50;.5' ParagraphCount='#1F' PathID='" +
                      longName + "' MaskFile='" + longName.substr(1) +
                      "'><Unknown><CharList/></Unknown><PathList><MetaPath KeyFrame='2' PathID='PATH_FADE'/>"
                      "<MetaPath KeyFrame='1'/><MetaPath KeyFrame='2' PathID='PATH_NOEFFECT'/></PathList>"
@@ -155,6 +155,8 @@ TEST(TitleXmlTest, FailuresAreLoggedAndLeaveAnEmptyTitle) {
         {[](auto& t) { return t.LoadFromBuffer(u"<CCaptionFx><StringList></CCaptionFx>"); }, kTitleFailure, 0,
          fromBuffer},
         {[](auto& t) { return t.LoadFromBuffer(u"<CCaptionFx a='\xD800'/>"); }, kTitleFailure, 0, fromBuffer},
+        {[](auto& t) { return t.LoadFromBuffer(u"<!DOCTYPE c [<!ENTITY e 'x'>]><CCaptionFx a='&e;'/>"); },
+         kTitleFailure, 0, fromBuffer},
         {[&](auto& t) { return t.LoadFromFile((folder / "none\u00e9.xml").u16string().c_str()); }, kTitleFailure, 0,
          line + at + "/none\u00e9.xml!"},
         {[&](auto& t) { return t.LoadFromFile(folder.u16string().c_str()); }, kTitleFailure, 0, line + at + "!"},

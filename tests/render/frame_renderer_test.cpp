@@ -121,10 +121,6 @@ TEST_F(FrameRendererTest, EffectsDecideWhatIsSeen) {
         EXPECT_EQ(Ink(Frame()), "0,0-0,0") << name;
         EXPECT_EQ(Dirty(), "0,0-2,2") << "nothing, grown by two and clipped";
     }
-    owner.Title.RemoveAllStrings();
-    SetEffect("PATH_GLOW", 0.3F);  // in the catalogue, without a class yet
-    owner.Add(u"a", 10, 2);
-    EXPECT_EQ(Ink(Frame()), "10,26-34,58") << "at rest";
 }
 
 TEST_F(FrameRendererTest, KeyframesRunByTime) {

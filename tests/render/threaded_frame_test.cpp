@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "paths/path_catalog.h"
 #include "paths/path_random.h"
 #include "support/fake_platform.h"
 
@@ -55,6 +56,13 @@ public:
         }
     }
 
+    void SetEffect(const char* name) {
+        for (int32_t i = 0; i < 3; ++i) {
+            SetText(owner_.String(i).PathID, name);
+            owner_.String(i).PathChanged = 1;
+        }
+    }
+
     std::vector<uint32_t> Frames() {
         std::vector<uint32_t> frames;
         for (const float progress : {0.3F, 0.8F, 1.0F, 1.0F}) {
@@ -100,6 +108,22 @@ TEST(ThreadedFrameTest, EveryThreadCountGivesTheSameBytes) {
                     << threads << " threads, mode " << mode << ", bits " << bits;
             }
         }
+    }
+}
+
+TEST(ThreadedFrameTest, EveryEffectIsTheSameOnFourThreads) {
+    const auto framesOf = [](const char* name, int32_t maxThreads) {
+        Crowd crowd({.AntialiasMode = 1,
+                     .GlyphCacheEnabled = 1,
+                     .PostFilter = 0,
+                     .DestinationAlpha = 1,
+                     .IsTransformed = false},
+                    maxThreads);
+        crowd.SetEffect(name);
+        return crowd.Frames();
+    };
+    for (const PathCatalogEntry& row : PathCatalog()) {
+        EXPECT_EQ(framesOf(row.PathName, 1), framesOf(row.PathName, 4)) << row.PathName;
     }
 }
 

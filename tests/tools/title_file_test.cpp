@@ -21,7 +21,7 @@ class TitleFileTest : public testing::Test {
 protected:
     /// Saves a title that fades in during the first second; returns its file.
     std::string Save() const {
-        const std::string file = (scratch_ / "title.xml").string();
+        std::string file = (scratch_ / "title.xml").string();
         const ProcessResult result =
             RunTool(scratch_, {"render", "--text", "Fade \xE4\xB8\x96\\nin", "--size", "32", "--color", "FFCC00",
                                "--key", "1:PATH_FADE:1", "--key", "0:PATH_FADE:0", "--frame", "96x64", "--save", file});
