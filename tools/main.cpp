@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/console.h"
+#include "tools/convert_command.h"
 #include "tools/effects_command.h"
 #include "tools/fonts_command.h"
 #include "tools/interrupt.h"
@@ -35,11 +36,13 @@ int RunCommandLine(int argc, const char* const* argv) {
     EffectsRequest effectsRequest;
     PreviewRequest previewRequest;
     FontsRequest fontsRequest;
+    ConvertRequest convertRequest;
     const CLI::App* const render = AddRenderCommand(app, renderRequest);
     const CLI::App* const preview = AddPreviewCommand(app, previewRequest);
     const CLI::App* const show = AddShowCommand(app, showRequest);
     const CLI::App* const effects = AddEffectsCommand(app, effectsRequest);
     const CLI::App* const fonts = AddFontsCommand(app, fontsRequest);
+    const CLI::App* const convert = AddConvertCommand(app, convertRequest);
 
     try {
         app.parse(argc, argv);
@@ -62,6 +65,7 @@ int RunCommandLine(int argc, const char* const* argv) {
     if (fonts->parsed()) ListFonts(fontsRequest);
     if (show->parsed()) Show(showRequest);
     if (effects->parsed()) ListOrDrawEffects(effectsRequest);
+    if (convert->parsed()) Convert(convertRequest);
     return EXIT_SUCCESS;
 }
 

@@ -11,8 +11,8 @@
 #include "tools/frame_painter.h"
 #include "tools/option_value.h"
 #include "tools/sheet_text.h"
-#include "tools/title_loading.h"
 #include "tools/title_setup.h"
+#include "tools/title_source.h"
 #include "tools/video/pixel_converter.h"
 
 namespace captionfx {
@@ -54,14 +54,15 @@ std::u16string LabelOf(float seconds, float end) {
 }
 
 /// A whole frame, made small.
-std::vector<uint32_t> DrawSmall(FramePainter& painter, float seconds, const PreviewRequest& request, FrameSize small) {
-    const auto [width, height] = request.frame;
+std::vector<uint32_t> DrawSmall(FramePainter& painter, float seconds, const PreviewRequest& request, FrameSize frame,
+                                FrameSize small) {
+    const auto [width, height] = frame;
     std::vector<uint32_t> pixels(static_cast<size_t>(width) * static_cast<size_t>(height),
                                  OpaquePixel(request.background.value_or(kCellGround)));
     painter.Draw(seconds, pixels);
     std::vector<uint32_t> result(static_cast<size_t>(small.width) * static_cast<size_t>(small.height));
-    PixelConverter(request.frame, AV_PIX_FMT_BGRA, small, AV_PIX_FMT_BGRA, {})
-        .Convert(*ViewPixels(pixels, request.frame), *ViewPixels(result, small));
+    PixelConverter(frame, AV_PIX_FMT_BGRA, small, AV_PIX_FMT_BGRA, {})
+        .Convert(*ViewPixels(pixels, frame), *ViewPixels(result, small));
     return result;
 }
 
@@ -74,11 +75,11 @@ CLI::App* AddPreviewCommand(CLI::App& app, PreviewRequest& request) {
         "\nExamples:\n"
         "  captionfx preview title.xml -o sheet.png\n"
         "  captionfx preview title.xml --at 0,25%,50%,1s --background 203050 -o sheet.png");
-    preview->add_option("title", request.titleFile, "A title as XML")->required();
+    preview->add_option("title", request.titleFile, "A title script, a title as XML, or subtitles")->required();
     AddValue(*preview, "--at", request.moments, &ParseMoments, "a list of times such as 0,25%,50%,1s",
              "The moments: seconds or percentages [0%,25%,50%,75%,100%]");
     AddValue(*preview, "--frame", request.frame, &ParseFrameSize, "a size such as 1280x720, sides 1 to 16384",
-             "Size of the title's frame [1280x720]");
+             "Size of the frame [that of the title, or 1280x720]");
     AddValue(*preview, "--cell", request.cell, &ParseCellSize, "a size such as 320x180, sides 96 to 2048",
              "The most that one picture takes [320x180]");
     AddValue(*preview, "--background", request.background, &ParseColor, "a colour RRGGBB, such as 102030",
@@ -89,11 +90,13 @@ CLI::App* AddPreviewCommand(CLI::App& app, PreviewRequest& request) {
 
 void Preview(const PreviewRequest& request) {
     TitleHandle title = MakeTitle();
-    SetFrame(*title, request.frame, Ground::kOpaque);
-    const float end = LoadTitleFile(*title, request.titleFile);
+    SetSourceFrame(*title, {}, request.frame, Ground::kOpaque);
+    const TitleSource source = LoadTitle(*title, request.titleFile);
+    const FrameSize frame = SetSourceFrame(*title, source, request.frame, Ground::kOpaque);
+    const float end = source.duration;
     FramePainter painter(std::move(title));
 
-    const FrameSize small = FitInto(request.cell, request.frame);
+    const FrameSize small = FitInto(request.cell, frame);
     const auto count = static_cast<int32_t>(request.moments.size());
     const auto columns = static_cast<int32_t>(std::ceil(std::sqrt(static_cast<double>(count))));
     const int32_t rows = (count + columns - 1) / columns;
@@ -104,7 +107,7 @@ void Preview(const PreviewRequest& request) {
         const float seconds = SecondsOf(request.moments[static_cast<size_t>(i)], end);
         const int32_t left = kGap + i % columns * stepX, top = kGap + i / columns * stepY;
         const TitleRect cell{left, top, left + small.width, top + small.height};
-        canvas.Put(cell, DrawSmall(painter, seconds, request, small));
+        canvas.Put(cell, DrawSmall(painter, seconds, request, frame, small));
         labels.Write(canvas, {left, cell.bottom, cell.right, cell.bottom + kLabelHeight}, LabelOf(seconds, end),
                      {.color = kInk, .size = kLabelSize, .align = LabelAlign::kMiddle});
     }

@@ -15,8 +15,8 @@ namespace captionfx {
 struct PreviewRequest {
     std::filesystem::path titleFile, output;
     std::vector<Moment> moments{{0.0F, true}, {25.0F, true}, {50.0F, true}, {75.0F, true}, {100.0F, true}};
-    FrameSize frame{1280, 720};
-    FrameSize cell{320, 180};  ///< The most that one picture takes; it keeps the shape of the frame.
+    std::optional<FrameSize> frame;  ///< Without one the title's own, or 1280x720.
+    FrameSize cell{320, 180};        ///< The most that one picture takes; it keeps the shape of the frame.
     std::optional<Rgb> background;
 };
 

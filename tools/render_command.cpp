@@ -117,14 +117,15 @@ CLI::App* AddRenderCommand(CLI::App& app, RenderRequest& request) {
         "  captionfx render title.xml --over holiday.mp4 -o holiday-titled.mp4\n"
         "  captionfx render title.xml --to 3 --fps 30 -o frames/%04d.png\n"
         "  captionfx render title.xml --background 000000 --format y4m -o - | player -");
-    render->add_option("title", request.titleFile, "A title as XML; or a typed title:");
+    render->add_option("title", request.titleFile, "A title script, a title as XML, or subtitles; or a typed title:");
     AddTypedOptions(*render, request.typed);
 
     CLI::Option* const at =
         AddValue(*render, "--at", request.time, &ParseNumber, "a finite number", "Time of a single picture [0]");
     AddSequenceOptions(*render, request, at);
-    CLI::Option* const frame = AddValue(*render, "--frame", request.frame, &ParseFrameSize,
-                                        "a size such as 1280x720, sides 1 to 16384", "Size of the frame [1280x720]");
+    CLI::Option* const frame =
+        AddValue(*render, "--frame", request.frame, &ParseFrameSize, "a size such as 1280x720, sides 1 to 16384",
+                 "Size of the frame [that of the title, or 1280x720]");
     CLI::Option* const background =
         AddValue(*render, "--background", request.background, &ParseColor, "a colour RRGGBB, such as 102030",
                  "Colour of an opaque ground [transparent]");

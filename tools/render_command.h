@@ -24,10 +24,10 @@ struct RenderRequest {
     std::string format;                   ///< Where the name of the output leaves a choice.
     std::optional<int32_t> jobs;          ///< Frames drawn at once; without one as many as there are processors.
     bool isQuiet = false;
-    FrameSize frame{1280, 720};
-    std::optional<Rgb> background;  ///< Without one the frame is transparent.
-    std::filesystem::path output;   ///< Of PNG files, a pattern such as frames/%04d.png. Empty: no picture.
-    std::filesystem::path saveAs;   ///< Where the title goes as XML; empty: nowhere.
+    std::optional<FrameSize> frame;  ///< Without one the title's own, or 1280x720.
+    std::optional<Rgb> background;   ///< Without one the frame is transparent.
+    std::filesystem::path output;    ///< Of PNG files, a pattern such as frames/%04d.png. Empty: no picture.
+    std::filesystem::path saveAs;    ///< Where the title goes as XML; empty: nowhere.
 };
 
 /// Adds the command to `app`. Parsing fills `request`, which must outlive it.

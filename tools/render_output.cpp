@@ -18,47 +18,36 @@
 #include "tools/frame_sink.h"
 #include "tools/frame_times.h"
 #include "tools/interrupt.h"
-#include "tools/output_file.h"
 #include "tools/png_file.h"
 #include "tools/progress.h"
 #include "tools/title_handle.h"
-#include "tools/title_loading.h"
 #include "tools/title_setup.h"
+#include "tools/title_source.h"
 #include "tools/video/video_reader.h"
 
 namespace captionfx {
 namespace {
 
-/// A title that is ready to draw, and when its last keyframe is.
+/// A title that is ready to draw, its frame, and when its last keyframe is.
 struct ReadyTitle {
     TitleHandle title;
+    FrameSize frame;
     float end = 0.0F;
 };
 
-ReadyTitle BuildTitle(const RenderRequest& request, FrameSize frame, Ground ground) {
-    ReadyTitle ready{.title = MakeTitle()};
-    SetFrame(*ready.title, frame, ground);
+/// `asked` is the frame that the title must fit, where there is one.
+ReadyTitle BuildTitle(const RenderRequest& request, std::optional<FrameSize> asked, Ground ground) {
+    ReadyTitle ready{.title = MakeTitle(), .frame = {}};
+    ready.frame = SetSourceFrame(*ready.title, {}, asked, ground);
     if (!request.titleFile.empty()) {
-        ready.end = LoadTitleFile(*ready.title, request.titleFile);
+        const TitleSource source = LoadTitle(*ready.title, request.titleFile);
+        ready.frame = SetSourceFrame(*ready.title, source, asked, ground);
+        ready.end = source.duration;
         return ready;
     }
-    AddTypedTitle(*ready.title, request.typed, frame);
+    AddTypedTitle(*ready.title, request.typed, ready.frame);
     for (const Keyframe& key : request.typed.keys) ready.end = std::max(ready.end, key.time);
     return ready;
-}
-
-/// The library's own file would do, but its failure would be told twice: here and in the debug output.
-void SaveTitle(IKVT_CaptionFx& title, const std::filesystem::path& path) {
-    uint32_t size = 0;
-    std::vector<char16_t> text;
-    if (title.SaveToBuffer(nullptr, &size) == kTitleOk) text.resize(size / sizeof(char16_t));
-    if (text.empty() || title.SaveToBuffer(text.data(), &size) != kTitleOk) throw std::bad_alloc();
-    constexpr char16_t kByteOrderMark = 0xFEFF;
-    text.insert(text.begin(), kByteOrderMark);
-    text.pop_back();  // the terminating zero
-    OutputFile file(path);
-    file.Write(text.data(), text.size() * sizeof(char16_t));
-    file.Finish();
 }
 
 size_t PixelsOf(FrameSize frame) {
@@ -85,25 +74,27 @@ private:
 /// The painters of a request, each with a title of its own that is built in the same way.
 class Studio {
 public:
-    Studio(const RenderRequest& request, FrameSize frame, Ground ground) : frame_(frame) {
-        ReadyTitle first = BuildTitle(request, frame, ground);
+    Studio(const RenderRequest& request, std::optional<FrameSize> asked, Ground ground) {
+        ReadyTitle first = BuildTitle(request, asked, ground);
+        frame_ = first.frame;
         end_ = first.end;
         if (request.titleFile.empty()) NoteFontSubstitute(*first.title, request.typed.fontName);
         if (!request.saveAs.empty()) SaveTitle(*first.title, request.saveAs);
         painters_.emplace_back(std::move(first.title));
         if (!IsSequence(request) || request.output.empty()) return;
         const auto jobs = static_cast<size_t>(request.jobs.value_or(DefaultJobs()));
-        while (painters_.size() < jobs) painters_.emplace_back(BuildTitle(request, frame, ground).title);
+        while (painters_.size() < jobs) painters_.emplace_back(BuildTitle(request, asked, ground).title);
     }
 
+    [[nodiscard]] FrameSize Frame() const { return frame_; }
     [[nodiscard]] float End() const { return end_; }
 
     void DrawOne(float seconds, std::span<uint32_t> pixels) { painters_.front().Draw(seconds, pixels); }
 
     /// Draws and delivers all frames, and tells how far it is.
-    void DrawAll(const std::function<bool(Frame&)>& fill, const std::function<void(const Frame&)>& deliver,
-                 Progress& progress) {
-        DrawInOrder(painters_, PixelsOf(frame_), fill, [&](const Frame& frame) {
+    void DrawAll(const std::function<bool(captionfx::Frame&)>& fill,
+                 const std::function<void(const captionfx::Frame&)>& deliver, Progress& progress) {
+        DrawInOrder(painters_, PixelsOf(frame_), fill, [&](const captionfx::Frame& frame) {
             ThrowIfInterrupted();
             deliver(frame);
             progress.Advance();
@@ -116,7 +107,7 @@ private:
         return static_cast<int32_t>(std::clamp(std::thread::hardware_concurrency(), 1U, kMost));
     }
 
-    FrameSize frame_;
+    FrameSize frame_{};
     float end_ = 0.0F;
     std::vector<FramePainter> painters_;
 };
@@ -127,9 +118,10 @@ uint32_t GroundPixel(const RenderRequest& request) {
 
 void WritePicture(Studio& studio, const RenderRequest& request) {
     const uint32_t ground = GroundPixel(request);
-    std::vector<uint32_t> pixels(PixelsOf(request.frame), ground);
+    const FrameSize frame = studio.Frame();
+    std::vector<uint32_t> pixels(PixelsOf(frame), ground);
     studio.DrawOne(request.time, pixels);
-    WritePng(request.output, pixels, request.frame.width, request.frame.height);
+    WritePng(request.output, pixels, frame.width, frame.height);
     InkWatch ink(ground);
     ink.See(pixels);
     ink.Tell();
@@ -148,7 +140,7 @@ void WriteSequence(Studio& studio, const RenderRequest& request) {
     if (count == 0) throw std::runtime_error("the title has no keyframe after --from: give the end by --to SECONDS");
     constexpr int kLargestDivisor = 1001;
     const AVRational exactRate = av_d2q(static_cast<double>(rate), kLargestDivisor);
-    const std::unique_ptr<FrameSink> sink = MakeSink(request, {.size = request.frame,
+    const std::unique_ptr<FrameSink> sink = MakeSink(request, {.size = studio.Frame(),
                                                                .isTransparent = !request.background,
                                                                .timeBase = av_inv_q(exactRate),
                                                                .frameRate = exactRate,

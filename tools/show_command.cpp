@@ -14,6 +14,7 @@
 #include "tools/text_encoding.h"
 #include "tools/title_file.h"
 #include "tools/title_handle.h"
+#include "tools/title_source.h"
 
 namespace captionfx {
 namespace {
@@ -146,17 +147,20 @@ private:
 CLI::App* AddShowCommand(CLI::App& app, ShowRequest& request) {
     CLI::App* const show = app.add_subcommand("show", "Show what a title file holds");
     show->footer("Example:\n  captionfx show title.xml");
-    show->add_option("title", request.titleFile, "A title as XML")->required();
+    show->add_option("title", request.titleFile, "A title script, a title as XML, or subtitles")->required();
     return show;
 }
 
 void Show(const ShowRequest& request) {
-    const TitleFile file(request.titleFile);
     const TitleHandle title = MakeTitle();
-    file.LoadInto(*title);
-    const std::vector<FileString> strings = file.Strings();
-    std::cout << request.titleFile.string() << ": " << strings.size()
-              << (strings.size() == 1 ? " string\n" : " strings\n");
+    SetSourceFrame(*title, {}, {}, Ground::kTransparent);
+    const TitleSource source = LoadTitle(*title, request.titleFile);
+    const std::vector<FileString>& strings = source.strings;
+    std::cout << request.titleFile.string() << ": " << strings.size() << (strings.size() == 1 ? " string" : " strings");
+    if (source.frame) std::cout << Format(", frame %dx%d", source.frame->width, source.frame->height);
+    if (source.scale != 1.0F) std::cout << Format(", scale %g", Wide(source.scale));
+    if (source.duration > 0.0F) std::cout << Format(", %g s", Wide(source.duration));
+    std::cout << '\n';
     for (size_t i = 0; i < strings.size(); ++i) StringReport(*title, static_cast<int32_t>(i), strings[i]).Print();
 }
 

@@ -22,7 +22,7 @@ void AddTypedTitle(IKVT_CaptionFx& title, const TypedTitle& typed, FrameSize fra
     if (!typed.position) AlignInTheMiddle(title);
     const Position corner = typed.position ? *typed.position : CentredCorner(title, typed.text, frame);
     AddString(title, {.text = typed.text, .effect = typed.effect, .progress = typed.progress}, corner);
-    if (!typed.keys.empty()) SetKeyframes(title, typed.keys);
+    if (!typed.keys.empty()) SetKeyframes(title, {typed.keys});
 }
 
 }  // namespace captionfx
