@@ -196,11 +196,13 @@ public:
     /// Sets the settings of the first paragraph of strings that have no text yet. Status.
     virtual int32_t SetDefaultParagraph(const ParagraphSpec* paragraph) noexcept = 0;
 
-    /// Sets the settings of new strings. Status.
+    /// Sets the settings of new strings. Their Vertical also counts for the title as a whole: with it, wrapping, loading
+    /// and drawing lay Latin letters on their side, in all strings. Status.
     virtual int32_t SetDefaultString(const StringSpec* string) noexcept = 0;
 
     /// Sets the output settings. After a change of scale or AntialiasMode call FlushRenderCaches, or characters at rest
-    /// are drawn from bitmaps of the old setting. Status.
+    /// are drawn from bitmaps of the old setting. A change of PostFilter, DestinationAlpha or ClipRect drops the kept
+    /// frame (see RenderFrame) and nothing else. Status.
     virtual int32_t SetRenderSettings(const TitleRenderSettings* settings) noexcept = 0;
 
     // ---- Read-back of styles and settings (slots 13 to 20) ----
@@ -293,7 +295,9 @@ public:
     /// kTitleInvalidArgument for a null destination, or kTitleOutOfMemory.
     ///
     /// When every string is at rest the frame is kept, and the next one is composited from it. It keeps the last string
-    /// alone: for a title of several strings at rest call FlushRenderCaches before a frame that must show them all.
+    /// alone: a host with a title of several strings drops it before every frame that must show them all. Setting
+    /// PostFilter to another value and back does so at the least cost; FlushRenderCaches does too, but frees all bitmaps
+    /// besides. docs/hosts.md has the few lines that this takes.
     virtual int32_t RenderFrame(uint32_t* destination, float time) noexcept = 0;
 
     /// Writes the structure of a string to the debug output. Status.

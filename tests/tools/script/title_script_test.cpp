@@ -202,6 +202,18 @@ TEST(TitleScript, EveryEffectHasAReadableName) {
         EXPECT_TRUE(names.contains(name)) << name;
 }
 
+TEST(TitleScript, ScriptsOfTheDocumentationAreRight) {
+    std::ifstream file(CAPTIONFX_SOURCE_DIR "/docs/title-scripts.md");
+    const std::string page{std::istreambuf_iterator<char>(file), {}};
+    const std::string_view begin = "```json\n", end = "```\n";
+    int count = 0;
+    for (size_t at = 0; (at = page.find(begin, at)) != std::string::npos; ++count) {
+        at += begin.size();
+        EXPECT_EQ(ErrorOf(page.substr(at, page.find(end, at) - at)), "") << "script " << count;
+    }
+    EXPECT_GE(count, 5);
+}
+
 // The schema lists every key once more, for editors: both lists must stay one.
 TEST(TitleScript, SchemaKnowsTheKeysOfTheReader) {
     std::ifstream file(CAPTIONFX_SOURCE_DIR "/docs/title-script.schema.json");
