@@ -196,8 +196,8 @@ public:
     /// Sets the settings of the first paragraph of strings that have no text yet. Status.
     virtual int32_t SetDefaultParagraph(const ParagraphSpec* paragraph) noexcept = 0;
 
-    /// Sets the settings of new strings. Their Vertical also counts for the title as a whole: with it, wrapping, loading
-    /// and drawing lay Latin letters on their side, in all strings. Status.
+    /// Sets the settings of new strings. Their Vertical also counts for the title as a whole: with it, wrapping,
+    /// loading and drawing lay Latin letters on their side, in all strings. Status.
     virtual int32_t SetDefaultString(const StringSpec* string) noexcept = 0;
 
     /// Sets the output settings. After a change of scale or AntialiasMode call FlushRenderCaches, or characters at rest
@@ -296,8 +296,8 @@ public:
     ///
     /// When every string is at rest the frame is kept, and the next one is composited from it. It keeps the last string
     /// alone: a host with a title of several strings drops it before every frame that must show them all. Setting
-    /// PostFilter to another value and back does so at the least cost; FlushRenderCaches does too, but frees all bitmaps
-    /// besides. docs/hosts.md has the few lines that this takes.
+    /// PostFilter to another value and back does so at the least cost; FlushRenderCaches does too, but frees all
+    /// bitmaps besides. docs/hosts.md has the few lines that this takes.
     virtual int32_t RenderFrame(uint32_t* destination, float time) noexcept = 0;
 
     /// Writes the structure of a string to the debug output. Status.

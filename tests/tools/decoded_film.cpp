@@ -59,7 +59,7 @@ DecodedFilm DecodeFilm(const std::filesystem::path& file) {
     AvCheck(avformat_find_stream_info(opened, nullptr), file.string());
     const int video = AvCheck(av_find_best_stream(opened, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0), file.string());
     const AVStream& stream = *opened->streams[video];
-    const AvCodecHandle decoder = AvOwn<AvCodecHandle>(avcodec_alloc_context3(DecoderOf(stream)));
+    const auto decoder = AvOwn<AvCodecHandle>(avcodec_alloc_context3(DecoderOf(stream)));
     AvCheck(avcodec_parameters_to_context(decoder.get(), stream.codecpar), file.string());
     AvCheck(avcodec_open2(decoder.get(), DecoderOf(stream), nullptr), file.string());
     DecodedFilm film;

@@ -117,13 +117,12 @@ private:
     }
 
     bool TakeEntity() {
-        for (const auto& [entity, meaning] : kEntities) {
-            if (!rest_.starts_with(entity)) continue;
-            Add(meaning);
-            rest_.remove_prefix(entity.size());
-            return true;
-        }
-        return false;
+        const auto found =
+            std::ranges::find_if(kEntities, [&](const auto& row) { return rest_.starts_with(row.first); });
+        if (found == std::end(kEntities)) return false;
+        Add(found->second);
+        rest_.remove_prefix(found->first.size());
+        return true;
     }
 
     void TakeText(size_t size) {

@@ -73,6 +73,7 @@ void AddPart(ScriptJson& object, const char* key, ScriptJson part) {
 
 template <class Record>
 bool AreSame(const Record& a, const Record& b) {
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): the library's records, zeroed and without padding
     return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
@@ -146,7 +147,7 @@ std::string LaidOut(const ScriptJson& value, size_t indent, size_t used) {
     const std::string start(indent + kStep, ' ');
     for (const auto& [key, item] : value.items()) {
         const std::string name = value.is_object() ? ScriptJson(key).dump() + ": " : "";
-        text += (text.empty() ? "\n" : ",\n") + start + name;
+        text.append(text.empty() ? "\n" : ",\n").append(start).append(name);
         text += LaidOut(item, indent + kStep, name.size());
     }
     text.append(1, '\n').append(indent, ' ');

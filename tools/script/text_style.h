@@ -24,6 +24,8 @@ struct TextStyle {
     MetaBorder border;
     MetaShadow shadow;
 
+    // Records without padding, filled field by field from numbers that are finite: equal is what has equal bytes.
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison)
     bool operator==(const TextStyle& other) const { return std::memcmp(this, &other, sizeof *this) == 0; }
 };
 static_assert(std::has_unique_object_representations_v<MetaBorder> && sizeof(TextStyle) == 88 + 8 + 24 + 28 + 40);

@@ -13,7 +13,7 @@ namespace {
 constexpr float kLargest = 1e9F;
 
 FrameSize ReadFrame(const JsonValue& value) {
-    constexpr std::string_view kExpected = "a size such as \"1920x1080\" or {\"width\": 1920, \"height\": 1080}";
+    constexpr std::string_view kExpected = R"(a size such as "1920x1080" or {"width": 1920, "height": 1080})";
     if (value.kind == JsonKind::kString) {
         const std::optional<FrameSize> size = ParseFrameSize(value.text);
         if (!size) FailExpected(value, kExpected);

@@ -99,6 +99,7 @@ private:
             FontSpec given{}, wanted{};
             probe_->GetCharFont(string, static_cast<int32_t>(i - start), &given);
             title_.GetCharFont(string_, static_cast<int32_t>(i), &wanted);
+            // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): zeroed records without padding
             if (std::memcmp(&given, &wanted, sizeof given) != 0) return false;
         }
         return true;
