@@ -80,6 +80,8 @@ int main(int argc, char** argv) {
     } catch (const std::bad_alloc&) {
         captionfx::PrintLine("not enough memory; a smaller frame or less text needs less");
     } catch (const std::exception& error) {
+        // An interruption that met libav in the middle of a file comes back as its failure to write on.
+        if (captionfx::IsInterrupted()) captionfx::DieOfInterrupt();
         captionfx::PrintLine(error.what());
     }
     return EXIT_FAILURE;
