@@ -77,7 +77,7 @@ public:
     }
 
 private:
-    const Setting& setting_;
+    const Setting setting_;
     TestTitle owner_{FakePlatformOptions{.Processors = 2}};
 };
 
