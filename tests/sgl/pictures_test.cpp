@@ -92,11 +92,12 @@ std::array<double, 2> Meet(const std::array<EyeCorner, 3>& corners, double x, do
         return k[0][0] * (k[1][1] * k[2][2] - k[1][2] * k[2][1]) - k[0][1] * (k[1][0] * k[2][2] - k[1][2] * k[2][0]) +
                k[0][2] * (k[1][0] * k[2][1] - k[1][1] * k[2][0]);
     };
+    const double whole = det(m);  // 0: the ray passes the triangle's plane by, which is outside
     const auto replaced = [&](size_t column) {
         double k[3][3];
         for (size_t i = 0; i < 3; ++i)
             for (size_t j = 0; j < 3; ++j) k[i][j] = j == column ? r[i] : m[i][j];
-        return det(k) / det(m);
+        return whole != 0 ? det(k) / whole : -1;
     };
     return {replaced(0), replaced(1)};
 }
