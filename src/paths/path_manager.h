@@ -19,7 +19,7 @@ public:
     CPathManager& operator=(const CPathManager&) = delete;
     virtual ~CPathManager() = default;
 
-    /// A new effect with the defaults of CPathBase, or null for a name that is empty, unknown, or without a class.
+    /// A new effect with the defaults of CPathBase, or null for a name that is empty or unknown.
     /// Memory that runs out is thrown, so that the frame can say so.
     [[nodiscard]] CPathBase* CreatePath(std::string_view name);
 

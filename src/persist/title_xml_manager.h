@@ -17,7 +17,7 @@ public:
     TitleXMLManager(PlatformServices& services, int32_t& status) : XMLHelper(services, status) {}
 
     // Each appends the strings of a document to `strings`, with records, styles and keyframes as they stand there and
-    // without layers. Not what a failed one appended is to be used.
+    // without layers. What a failed one appended is not to be used.
     [[nodiscard]] int32_t LoadFromBuffer(std::u16string_view xml, std::vector<MetaString>& strings);
     [[nodiscard]] int32_t LoadFromFile(std::u16string_view path, std::vector<MetaString>& strings);
     /// `element` stands in the root's place.
