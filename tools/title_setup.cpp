@@ -10,21 +10,6 @@
 #include "tools/text_encoding.h"
 
 namespace captionfx {
-namespace {
-
-/// Output settings that change what compositing does make the library drop its kept frame, and nothing else: glyphs and
-/// planes stay, which FlushRenderCaches would free too.
-void DropKeptFrame(IKVT_CaptionFx& title) {
-    TitleRenderSettings settings{};
-    title.GetRenderSettings(&settings);
-    const TitleRenderSettings wanted = settings;
-    settings.PostFilter = settings.PostFilter == 0 ? 1 : 0;
-    title.SetRenderSettings(&settings);
-    title.SetRenderSettings(&wanted);
-}
-
-}  // namespace
-
 void SetFrame(IKVT_CaptionFx& title, FrameSize frame, Ground ground) {
     TitleRenderSettings settings{};
     title.GetRenderSettings(&settings);
@@ -62,11 +47,6 @@ void SetScale(IKVT_CaptionFx& title, float scale) {
     settings.ScaleX = settings.ScaleY = scale;
     title.SetRenderSettings(&settings);
     title.FlushRenderCaches();  // the bitmaps of characters have the former scale
-}
-
-void RenderWholeFrame(IKVT_CaptionFx& title, uint32_t* pixels, float time) {
-    if (title.GetStringCount() > 1) DropKeptFrame(title);
-    if (title.RenderFrame(pixels, time) != kTitleOk) throw std::bad_alloc();
 }
 
 void SetFont(IKVT_CaptionFx& title, const TextFont& font) {

@@ -1,7 +1,6 @@
-// How the commands set up a title and draw it. Lengths are document units, which are pixels in a frame of the tool.
+// How the commands set up a title. Lengths are document units, which are pixels in a frame of the tool.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -29,11 +28,6 @@ bool SetDirection(IKVT_CaptionFx& title, bool isVertical);
 
 /// Sets how many pixels a document unit has, both ways.
 void SetScale(IKVT_CaptionFx& title, float scale);
-
-/// Composites a frame onto `pixels` with all strings in it. The library keeps the picture of a title at rest, of its
-/// last string alone, for later frames; of a title of several strings that picture is dropped first. Every frame of
-/// this tool comes from here. Throws std::bad_alloc.
-void RenderWholeFrame(IKVT_CaptionFx& title, uint32_t* pixels, float time);
 
 struct TextFont {
     std::u16string name;
