@@ -12,6 +12,7 @@ CLI::App* AddConvertCommand(CLI::App& app, ConvertRequest& request) {
     CLI::App* const convert = app.add_subcommand("convert", "Convert titles between scripts, XML and subtitles");
     convert->footer(
         "The names tell what the files are: .json a title script, .xml a title as XML, .srt and .vtt subtitles.\n"
+        "\nExamples:\n"
         "  captionfx convert opening.json opening.xml\n"
         "  captionfx convert opening.xml opening.json\n"
         "  captionfx convert talk.srt talk.xml --style style.json");
