@@ -51,7 +51,7 @@ bool Canvas::DrawFrame(IKVT_CaptionFx& title, const TitleRect& rect) {
     std::vector<uint32_t> frame;
     for (int32_t y = 0; y < Height(rect); ++y) frame.insert(frame.end(), Row(rect, y), Row(rect, y) + Width(rect));
     const std::vector<uint32_t> before = frame;
-    if (title.RenderFrame(frame.data(), 0.0F) != kTitleOk) throw std::bad_alloc();
+    RenderWholeFrame(title, frame.data(), 0.0F);
     Put(rect, frame);
     return frame != before;
 }

@@ -1,9 +1,10 @@
 #include "tools/frame_painter.h"
 
 #include <algorithm>
-#include <new>
+#include <utility>
 
 #include "tools/effect_list.h"
+#include "tools/title_setup.h"
 
 namespace captionfx {
 namespace {
@@ -16,43 +17,32 @@ bool IsImageBased(const std::string& name) {
 
 }  // namespace
 
+FramePainter::FramePainter(TitleHandle title)
+    : title_(std::move(title)), player_(std::make_unique<TitlePlayer>(*title_)) {}
+
 void FramePainter::Draw(float time, std::span<uint32_t> pixels) {
-    if (strings_.Hold(*title_, time)) kept_.reset();
-    if (kept_ && (title_->GetStringCount() > 1 || IsImageBased(*kept_))) ForgetKeptFrame();
+    if (kept_ && IsImageBased(*kept_)) ForgetKeptFrame();
     if (kept_) ground_.assign(pixels.begin(), pixels.end());
-    Render(time, pixels);
+    player_->Draw(pixels.data(), time);
     const std::optional<std::string> rest = EffectAtRest();
     if (!rest) return;
     if (kept_ && *kept_ != *rest) {
         ForgetKeptFrame();
         std::ranges::copy(ground_, pixels.begin());
-        Render(time, pixels);
+        player_->Draw(pixels.data(), time);
     }
     kept_ = rest;
 }
 
 std::optional<std::string> FramePainter::EffectAtRest() const {
+    if (title_->GetStringCount() != 1) return std::nullopt;
     StringSpec settings{};
-    for (int32_t i = 0; i < title_->GetStringCount(); ++i) {
-        title_->GetStringSettings(i, &settings);
-        if (settings.PathProgress != 1.0F) return std::nullopt;
-    }
-    return settings.PathID;
+    title_->GetStringSettings(0, &settings);
+    return settings.PathProgress == 1.0F ? std::optional<std::string>(settings.PathID) : std::nullopt;
 }
 
-void FramePainter::Render(float time, std::span<uint32_t> pixels) {
-    if (title_->RenderFrame(pixels.data(), time) != kTitleOk) throw std::bad_alloc();
-}
-
-/// A kept picture belongs to its clip rectangle. Changing that to and fro costs nothing, while FlushRenderCaches would
-/// also cost every glyph.
 void FramePainter::ForgetKeptFrame() {
-    TitleRenderSettings settings{};
-    title_->GetRenderSettings(&settings);
-    TitleRenderSettings other = settings;
-    ++other.ClipRect.right;
-    title_->SetRenderSettings(&other);
-    title_->SetRenderSettings(&settings);
+    DropKeptFrame(*title_);
     kept_.reset();
 }
 

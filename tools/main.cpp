@@ -34,15 +34,15 @@ int RunCommandLine(int argc, const char* const* argv) {
     RenderRequest renderRequest;
     ShowRequest showRequest;
     EffectsRequest effectsRequest;
-    ConvertRequest convertRequest;
     PreviewRequest previewRequest;
     FontsRequest fontsRequest;
+    ConvertRequest convertRequest;
     const CLI::App* const render = AddRenderCommand(app, renderRequest);
     const CLI::App* const preview = AddPreviewCommand(app, previewRequest);
     const CLI::App* const show = AddShowCommand(app, showRequest);
     const CLI::App* const effects = AddEffectsCommand(app, effectsRequest);
-    const CLI::App* const convert = AddConvertCommand(app, convertRequest);
     const CLI::App* const fonts = AddFontsCommand(app, fontsRequest);
+    const CLI::App* const convert = AddConvertCommand(app, convertRequest);
 
     try {
         app.parse(argc, argv);

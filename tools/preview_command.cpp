@@ -54,9 +54,11 @@ std::u16string LabelOf(float seconds, float end) {
 }
 
 /// A whole frame, made small.
-std::vector<uint32_t> DrawSmall(FramePainter& painter, float seconds, Rgb ground, FrameSize frame, FrameSize small) {
+std::vector<uint32_t> DrawSmall(FramePainter& painter, float seconds, const PreviewRequest& request, FrameSize frame,
+                                FrameSize small) {
     const auto [width, height] = frame;
-    std::vector<uint32_t> pixels(static_cast<size_t>(width) * static_cast<size_t>(height), OpaquePixel(ground));
+    std::vector<uint32_t> pixels(static_cast<size_t>(width) * static_cast<size_t>(height),
+                                 OpaquePixel(request.background.value_or(kCellGround)));
     painter.Draw(seconds, pixels);
     std::vector<uint32_t> result(static_cast<size_t>(small.width) * static_cast<size_t>(small.height));
     PixelConverter(frame, AV_PIX_FMT_BGRA, small, AV_PIX_FMT_BGRA, {})
@@ -77,7 +79,7 @@ CLI::App* AddPreviewCommand(CLI::App& app, PreviewRequest& request) {
     AddValue(*preview, "--at", request.moments, &ParseMoments, "a list of times such as 0,25%,50%,1s",
              "The moments: seconds or percentages [0%,25%,50%,75%,100%]");
     AddValue(*preview, "--frame", request.frame, &ParseFrameSize, "a size such as 1280x720, sides 1 to 16384",
-             "Size of the title's frame [its own, or 1280x720]");
+             "Size of the frame [that of the title, or 1280x720]");
     AddValue(*preview, "--cell", request.cell, &ParseCellSize, "a size such as 320x180, sides 96 to 2048",
              "The most that one picture takes [320x180]");
     AddValue(*preview, "--background", request.background, &ParseColor, "a colour RRGGBB, such as 102030",
@@ -92,7 +94,6 @@ void Preview(const PreviewRequest& request) {
     const TitleSource source = LoadTitle(*title, request.titleFile);
     const FrameSize frame = SetSourceFrame(*title, source, request.frame, Ground::kOpaque);
     const float end = source.duration;
-    NoteFontSubstitutes(*title, source);
     FramePainter painter(std::move(title));
 
     const FrameSize small = FitInto(request.cell, frame);
@@ -106,7 +107,7 @@ void Preview(const PreviewRequest& request) {
         const float seconds = SecondsOf(request.moments[static_cast<size_t>(i)], end);
         const int32_t left = kGap + i % columns * stepX, top = kGap + i / columns * stepY;
         const TitleRect cell{left, top, left + small.width, top + small.height};
-        canvas.Put(cell, DrawSmall(painter, seconds, request.background.value_or(kCellGround), frame, small));
+        canvas.Put(cell, DrawSmall(painter, seconds, request, frame, small));
         labels.Write(canvas, {left, cell.bottom, cell.right, cell.bottom + kLabelHeight}, LabelOf(seconds, end),
                      {.color = kInk, .size = kLabelSize, .align = LabelAlign::kMiddle});
     }

@@ -125,7 +125,7 @@ CLI::App* AddRenderCommand(CLI::App& app, RenderRequest& request) {
     AddSequenceOptions(*render, request, at);
     CLI::Option* const frame =
         AddValue(*render, "--frame", request.frame, &ParseFrameSize, "a size such as 1280x720, sides 1 to 16384",
-                 "Size of the frame [the title's own, or 1280x720]");
+                 "Size of the frame [that of the title, or 1280x720]");
     CLI::Option* const background =
         AddValue(*render, "--background", request.background, &ParseColor, "a colour RRGGBB, such as 102030",
                  "Colour of an opaque ground [transparent]");

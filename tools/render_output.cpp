@@ -29,24 +29,25 @@
 namespace captionfx {
 namespace {
 
-/// A title that is ready to draw.
+/// A title that is ready to draw, its frame, and when its last keyframe is.
 struct ReadyTitle {
-    TitleHandle title = MakeTitle();
-    FrameSize frame{};
-    TitleSource source;
+    TitleHandle title;
+    FrameSize frame;
+    float end = 0.0F;
 };
 
-/// The frame that is asked for counts, and then that of the title.
+/// `asked` is the frame that the title must fit, where there is one.
 ReadyTitle BuildTitle(const RenderRequest& request, std::optional<FrameSize> asked, Ground ground) {
-    ReadyTitle ready;
+    ReadyTitle ready{.title = MakeTitle(), .frame = {}};
     ready.frame = SetSourceFrame(*ready.title, {}, asked, ground);
     if (!request.titleFile.empty()) {
-        ready.source = LoadTitle(*ready.title, request.titleFile);
-        ready.frame = SetSourceFrame(*ready.title, ready.source, asked, ground);
+        const TitleSource source = LoadTitle(*ready.title, request.titleFile);
+        ready.frame = SetSourceFrame(*ready.title, source, asked, ground);
+        ready.end = source.duration;
         return ready;
     }
     AddTypedTitle(*ready.title, request.typed, ready.frame);
-    for (const Keyframe& key : request.typed.keys) ready.source.duration = std::max(ready.source.duration, key.time);
+    for (const Keyframe& key : request.typed.keys) ready.end = std::max(ready.end, key.time);
     return ready;
 }
 
@@ -77,7 +78,7 @@ public:
     Studio(const RenderRequest& request, std::optional<FrameSize> asked, Ground ground) {
         ReadyTitle first = BuildTitle(request, asked, ground);
         frame_ = first.frame;
-        end_ = first.source.duration;
+        end_ = first.end;
         if (request.titleFile.empty()) NoteFontSubstitute(*first.title, request.typed.fontName);
         NoteFontSubstitutes(*first.title, first.source);
         if (!request.saveAs.empty()) SaveTitle(*first.title, request.saveAs);
@@ -87,15 +88,15 @@ public:
         while (painters_.size() < jobs) painters_.emplace_back(BuildTitle(request, asked, ground).title);
     }
 
-    [[nodiscard]] FrameSize FrameOfTitle() const { return frame_; }
+    [[nodiscard]] FrameSize Frame() const { return frame_; }
     [[nodiscard]] float End() const { return end_; }
 
     void DrawOne(float seconds, std::span<uint32_t> pixels) { painters_.front().Draw(seconds, pixels); }
 
     /// Draws and delivers all frames, and tells how far it is.
-    void DrawAll(const std::function<bool(Frame&)>& fill, const std::function<void(const Frame&)>& deliver,
-                 Progress& progress) {
-        DrawInOrder(painters_, PixelsOf(frame_), fill, [&](const Frame& frame) {
+    void DrawAll(const std::function<bool(captionfx::Frame&)>& fill,
+                 const std::function<void(const captionfx::Frame&)>& deliver, Progress& progress) {
+        DrawInOrder(painters_, PixelsOf(frame_), fill, [&](const captionfx::Frame& frame) {
             ThrowIfInterrupted();
             deliver(frame);
             progress.Advance();
@@ -119,7 +120,7 @@ uint32_t GroundPixel(const RenderRequest& request) {
 
 void WritePicture(Studio& studio, const RenderRequest& request) {
     const uint32_t ground = GroundPixel(request);
-    const FrameSize frame = studio.FrameOfTitle();
+    const FrameSize frame = studio.Frame();
     std::vector<uint32_t> pixels(PixelsOf(frame), ground);
     studio.DrawOne(request.time, pixels);
     WritePng(request.output, pixels, frame.width, frame.height);
@@ -141,7 +142,7 @@ void WriteSequence(Studio& studio, const RenderRequest& request) {
     if (count == 0) throw std::runtime_error("the title has no keyframe after --from: give the end by --to SECONDS");
     constexpr int kLargestDivisor = 1001;
     const AVRational exactRate = av_d2q(static_cast<double>(rate), kLargestDivisor);
-    const std::unique_ptr<FrameSink> sink = MakeSink(request, {.size = studio.FrameOfTitle(),
+    const std::unique_ptr<FrameSink> sink = MakeSink(request, {.size = studio.Frame(),
                                                                .isTransparent = !request.background,
                                                                .timeBase = av_inv_q(exactRate),
                                                                .frameRate = exactRate,

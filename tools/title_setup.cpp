@@ -49,6 +49,21 @@ void SetScale(IKVT_CaptionFx& title, float scale) {
     title.FlushRenderCaches();  // the bitmaps of characters have the former scale
 }
 
+void DropKeptFrame(IKVT_CaptionFx& title) {
+    // Any output setting that changes what compositing does will do; this one changes nothing else.
+    TitleRenderSettings settings{};
+    title.GetRenderSettings(&settings);
+    const TitleRenderSettings wanted = settings;
+    settings.PostFilter = settings.PostFilter == 0 ? 1 : 0;
+    title.SetRenderSettings(&settings);
+    title.SetRenderSettings(&wanted);
+}
+
+void RenderWholeFrame(IKVT_CaptionFx& title, uint32_t* pixels, float time) {
+    if (title.GetStringCount() > 1) DropKeptFrame(title);
+    if (title.RenderFrame(pixels, time) != kTitleOk) throw std::bad_alloc();
+}
+
 void SetFont(IKVT_CaptionFx& title, const TextFont& font) {
     FontSpec settings{};
     title.GetCharFont(kDefaults, kDefaults, &settings);

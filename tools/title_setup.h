@@ -29,6 +29,15 @@ bool SetDirection(IKVT_CaptionFx& title, bool isVertical);
 /// Sets how many pixels a document unit has, both ways.
 void SetScale(IKVT_CaptionFx& title, float scale);
 
+/// Makes the library draw the next frame, even where it has kept the picture of a title at rest. Glyphs and planes
+/// stay, which FlushRenderCaches would free too.
+void DropKeptFrame(IKVT_CaptionFx& title);
+
+/// Composites a frame onto `pixels` with all strings in it. The library keeps the picture of a title at rest, of its
+/// last string alone, for later frames; of a title of several strings that picture is dropped first. Every frame of
+/// this tool comes from here. Throws std::bad_alloc.
+void RenderWholeFrame(IKVT_CaptionFx& title, uint32_t* pixels, float time);
+
 struct TextFont {
     std::u16string name;
     float size;
