@@ -10,7 +10,6 @@
 
 #include <captionfx/caption_fx.h>
 
-#include "tools/seen_strings.h"
 #include "tools/title_handle.h"
 #include "tools/title_player.h"
 

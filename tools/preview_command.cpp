@@ -94,6 +94,7 @@ void Preview(const PreviewRequest& request) {
     const TitleSource source = LoadTitle(*title, request.titleFile);
     const FrameSize frame = SetSourceFrame(*title, source, request.frame, Ground::kOpaque);
     const float end = source.duration;
+    NoteFontSubstitutes(*title, source);
     FramePainter painter(std::move(title));
 
     const FrameSize small = FitInto(request.cell, frame);

@@ -1,6 +1,7 @@
-// How the commands set up a title. Lengths are document units, which are pixels in a frame of the tool.
+// How the commands set up a title and draw it. Lengths are document units, which are pixels in a frame of the tool.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 

@@ -116,20 +116,20 @@ TitleSource LoadTitle(IKVT_CaptionFx& title, const std::filesystem::path& path, 
     return source;
 }
 
-void NoteFontSubstitutes(IKVT_CaptionFx& title, const TitleSource& source) {
-    for (const std::u16string& name : source.fonts) {
-        constexpr float kAnySize = 32.0F;
-        SetFont(title, {.name = name, .size = kAnySize});
-        NoteFontSubstitute(title, name);
-    }
-}
-
 FrameSize SetSourceFrame(IKVT_CaptionFx& title, const TitleSource& source, std::optional<FrameSize> asked,
                          Ground ground) {
     const FrameSize frame = asked.value_or(source.frame.value_or(kUsualFrame));
     SetFrame(title, frame, ground);
     SetScale(title, source.scale * (source.frame ? Enlargement(*source.frame, frame) : 1.0F));
     return frame;
+}
+
+void NoteFontSubstitutes(IKVT_CaptionFx& title, const TitleSource& source) {
+    for (const std::u16string& name : source.fonts) {
+        constexpr float kAnySize = 32.0F;
+        SetFont(title, {.name = name, .size = kAnySize});
+        NoteFontSubstitute(title, name);
+    }
 }
 
 }  // namespace captionfx

@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "tools/text_encoding.h"
 #include "tools/title_file.h"
 #include "tools/title_setup.h"
 
