@@ -31,6 +31,7 @@ void Convert(const ConvertRequest& request) {
     const TitleHandle title = MakeTitle();
     SetSourceFrame(*title, {}, {}, Ground::kTransparent);
     const TitleSource source = LoadTitle(*title, request.input, request.style);
+    NoteFontSubstitutes(*title, source);
     if (request.output.extension() == ".json") {
         WriteScript(*title, source, request.output);
     } else {

@@ -71,7 +71,7 @@ std::vector<uint32_t> DrawSmall(FramePainter& painter, float seconds, const Prev
 CLI::App* AddPreviewCommand(CLI::App& app, PreviewRequest& request) {
     CLI::App* const preview = app.add_subcommand("preview", "Draw moments of a title into one picture");
     preview->footer(
-        "Percentages are of the time of the title's last keyframe.\n"
+        "Percentages are of the title's duration.\n"
         "\nExamples:\n"
         "  captionfx preview title.xml -o sheet.png\n"
         "  captionfx preview title.xml --at 0,25%,50%,1s --background 203050 -o sheet.png");
@@ -94,6 +94,7 @@ void Preview(const PreviewRequest& request) {
     const TitleSource source = LoadTitle(*title, request.titleFile);
     const FrameSize frame = SetSourceFrame(*title, source, request.frame, Ground::kOpaque);
     const float end = source.duration;
+    NoteFontSubstitutes(*title, source);
     FramePainter painter(std::move(title));
 
     const FrameSize small = FitInto(request.cell, frame);

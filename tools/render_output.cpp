@@ -28,25 +28,24 @@
 namespace captionfx {
 namespace {
 
-/// A title that is ready to draw, its frame, and when its last keyframe is.
+/// A title that is ready to draw, and its frame.
 struct ReadyTitle {
     TitleHandle title;
     FrameSize frame;
-    float end = 0.0F;
+    TitleSource source;
 };
 
 /// `asked` is the frame that the title must fit, where there is one.
 ReadyTitle BuildTitle(const RenderRequest& request, std::optional<FrameSize> asked, Ground ground) {
-    ReadyTitle ready{.title = MakeTitle(), .frame = {}};
+    ReadyTitle ready{.title = MakeTitle(), .frame = {}, .source = {}};
     ready.frame = SetSourceFrame(*ready.title, {}, asked, ground);
     if (!request.titleFile.empty()) {
-        const TitleSource source = LoadTitle(*ready.title, request.titleFile);
-        ready.frame = SetSourceFrame(*ready.title, source, asked, ground);
-        ready.end = source.duration;
+        ready.source = LoadTitle(*ready.title, request.titleFile);
+        ready.frame = SetSourceFrame(*ready.title, ready.source, asked, ground);
         return ready;
     }
     AddTypedTitle(*ready.title, request.typed, ready.frame);
-    for (const Keyframe& key : request.typed.keys) ready.end = std::max(ready.end, key.time);
+    for (const Keyframe& key : request.typed.keys) ready.source.duration = std::max(ready.source.duration, key.time);
     return ready;
 }
 
@@ -77,8 +76,9 @@ public:
     Studio(const RenderRequest& request, std::optional<FrameSize> asked, Ground ground) {
         ReadyTitle first = BuildTitle(request, asked, ground);
         frame_ = first.frame;
-        end_ = first.end;
+        end_ = first.source.duration;
         if (request.titleFile.empty()) NoteFontSubstitute(*first.title, request.typed.fontName);
+        NoteFontSubstitutes(*first.title, first.source);
         if (!request.saveAs.empty()) SaveTitle(*first.title, request.saveAs);
         painters_.emplace_back(std::move(first.title));
         if (!IsSequence(request) || request.output.empty()) return;

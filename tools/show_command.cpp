@@ -155,6 +155,7 @@ void Show(const ShowRequest& request) {
     const TitleHandle title = MakeTitle();
     SetSourceFrame(*title, {}, {}, Ground::kTransparent);
     const TitleSource source = LoadTitle(*title, request.titleFile);
+    NoteFontSubstitutes(*title, source);
     const std::vector<FileString>& strings = source.strings;
     std::cout << request.titleFile.string() << ": " << strings.size() << (strings.size() == 1 ? " string" : " strings");
     if (source.frame) std::cout << Format(", frame %dx%d", source.frame->width, source.frame->height);

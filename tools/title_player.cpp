@@ -2,7 +2,6 @@
 
 #include <limits>
 #include <new>
-#include <numeric>
 
 #include "tools/title_nodes.h"
 #include "tools/title_setup.h"
@@ -34,8 +33,6 @@ TitlePlayer::TitlePlayer(IKVT_CaptionFx& title) : title_(title) {
     if (title.GetStringCount() <= kFew) return;
     Strings strings{SavedNodes(title), {}};
     for (xmlNode* const node : StringNodes(strings.document.get())) strings.all.push_back(PlayedStringOf(node));
-    held_.resize(strings.all.size());
-    std::iota(held_.begin(), held_.end(), size_t{0});
     strings_ = std::make_unique<const Strings>(std::move(strings));
 }
 

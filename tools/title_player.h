@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include <captionfx/caption_fx.h>
@@ -31,7 +32,8 @@ private:
 
     IKVT_CaptionFx& title_;
     std::unique_ptr<const Strings> strings_;  // null for a title of few
-    std::vector<size_t> held_;                // by index, those that the title holds
+    std::optional<std::vector<size_t>>
+        held_;  // by index, once some were loaded: what was saved differs by a file's decimals
 };
 
 }  // namespace captionfx

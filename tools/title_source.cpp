@@ -109,6 +109,7 @@ TitleSource LoadTitle(IKVT_CaptionFx& title, const std::filesystem::path& path, 
         kind == TitleKind::kScript ? ReadScriptFile(path, usual) : ReadSubtitleFile(path, style, usual);
     BuildTitle(title, script, usual);
     source.frame = script.frame;
+    source.fonts = FontsOf(script);
     source.scale = script.scale;
     source.strings = StringsOf(title);
     source.duration = std::max(DurationOf(script), LastKeyOf(source.strings));
@@ -121,6 +122,14 @@ FrameSize SetSourceFrame(IKVT_CaptionFx& title, const TitleSource& source, std::
     SetFrame(title, frame, ground);
     SetScale(title, source.scale * (source.frame ? Enlargement(*source.frame, frame) : 1.0F));
     return frame;
+}
+
+void NoteFontSubstitutes(IKVT_CaptionFx& title, const TitleSource& source) {
+    for (const std::u16string& name : source.fonts) {
+        constexpr float kAnySize = 32.0F;
+        SetFont(title, {.name = name, .size = kAnySize});
+        NoteFontSubstitute(title, name);
+    }
 }
 
 }  // namespace captionfx

@@ -3,6 +3,8 @@
 
 #include <filesystem>
 #include <optional>
+#include <set>
+#include <string>
 #include <vector>
 
 #include <captionfx/caption_fx.h>
@@ -19,6 +21,7 @@ struct TitleSource {
     float scale = 1.0F;               ///< Document units to pixels of that frame.
     float duration = 0.0F;            ///< Seconds from 0 to the end of the last string; 0 for a still.
     std::vector<FileString> strings;  ///< What the interface does not tell of each string.
+    std::set<std::u16string> fonts;   ///< Families that a script or a style asks for.
 };
 
 /// Replaces the strings of `title` by those of a file. Its name decides what it is (.xml, .json, .srt, .vtt), and where
@@ -33,5 +36,8 @@ struct TitleSource {
 /// either the frame is 1280x720.
 FrameSize SetSourceFrame(IKVT_CaptionFx& title, const TitleSource& source, std::optional<FrameSize> asked,
                          Ground ground);
+
+/// Notes on standard error which of the families that the source asks for are not installed.
+void NoteFontSubstitutes(IKVT_CaptionFx& title, const TitleSource& source);
 
 }  // namespace captionfx

@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "tools/text_encoding.h"
 #include "tools/title_file.h"
 #include "tools/title_setup.h"
 
@@ -33,18 +32,6 @@ void SetStyle(IKVT_CaptionFx& title, const TextStyle& style) {
     title.SetDefaultFace(&style.face);
     title.SetDefaultBorder(&style.border);
     title.SetDefaultShadow(&style.shadow);
-}
-
-void NoteSubstitutes(IKVT_CaptionFx& title, const TitleScript& script) {
-    std::set<std::u16string> names;
-    for (const ScriptString& string : script.strings) {
-        for (const ScriptRun& run : string.runs) {
-            const std::u16string name(run.style.font.FaceName);
-            if (!names.insert(name).second) continue;
-            title.SetDefaultFont(&run.style.font);
-            NoteFontSubstitute(title, name);
-        }
-    }
 }
 
 /// The box around a rectangle that is turned about the origin, clockwise.
@@ -116,6 +103,14 @@ Position CornerOf(StringRuler& ruler, const ScriptString& string, Page page) {
             std::floor(Begin(place.anchor.row, page.height, place.margin.y, box.height) - box.y)};
 }
 
+std::set<std::u16string> FontsOf(const TitleScript& script) {
+    std::set<std::u16string> names;
+    for (const ScriptString& string : script.strings) {
+        for (const ScriptRun& run : string.runs) names.emplace(run.style.font.FaceName);
+    }
+    return names;
+}
+
 bool IsVertical(const TitleScript& script) {
     const auto isVertical = [](const ScriptString& string) { return string.placement.isVertical; };
     return !script.strings.empty() && std::ranges::all_of(script.strings, isVertical);
@@ -140,7 +135,6 @@ void BuildTitle(IKVT_CaptionFx& title, const TitleScript& script, FrameSize usua
     const bool isVertical = IsVertical(script);
     StringRuler ruler(isVertical);
     std::vector<std::vector<Keyframe>> keys;
-    NoteSubstitutes(title, script);
     title.RemoveAllStrings();
     for (const ScriptString& string : script.strings) {
         AddScriptString(title, string, CornerOf(ruler, string, page));

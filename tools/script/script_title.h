@@ -1,6 +1,8 @@
 // Titles from scripts: the strings are made through the library's interface, which also measures them.
 #pragma once
 
+#include <set>
+#include <string>
 #include <vector>
 
 #include <captionfx/caption_fx.h>
@@ -38,14 +40,17 @@ private:
 /// The corner that puts a string to its place on a page.
 [[nodiscard]] Position CornerOf(StringRuler& ruler, const ScriptString& string, Page page);
 
+/// The font families that a script asks for.
+[[nodiscard]] std::set<std::u16string> FontsOf(const TitleScript& script);
+
 /// Whether all strings of a script are vertical.
 [[nodiscard]] bool IsVertical(const TitleScript& script);
 
 /// Adds a string with its corner there, without its timeline. Returns its index. Throws std::bad_alloc.
 int32_t AddScriptString(IKVT_CaptionFx& title, const ScriptString& string, Position corner);
 
-/// Replaces the strings of `title` by those of the script; `usual` is the frame of one that names none. Notes fonts
-/// that are not installed on standard error. Throws std::bad_alloc.
+/// Replaces the strings of `title` by those of the script; `usual` is the frame of one that names none. Throws
+/// std::bad_alloc.
 void BuildTitle(IKVT_CaptionFx& title, const TitleScript& script, FrameSize usual);
 
 }  // namespace captionfx

@@ -1,13 +1,25 @@
 #include "tools/script/title_difference.h"
 
 #include <cstddef>
-#include <regex>
+#include <string_view>
+#include <utility>
 
-#include "tools/text_encoding.h"
-#include "tools/title_file.h"
+#include "tools/title_nodes.h"
 
 namespace captionfx {
 namespace {
+
+void AddTags(const xmlNode& node, std::vector<XmlTag>& tags) {
+    XmlTag tag{.name = reinterpret_cast<const char*>(node.name), .attributes = {}};
+    for (const xmlAttr* attribute = node.properties; attribute != nullptr; attribute = attribute->next) {
+        const char* const name = reinterpret_cast<const char*>(attribute->name);
+        if (name != std::string_view("Index")) tag.attributes[name] = AttributeOf(&node, name);
+    }
+    tags.push_back(std::move(tag));
+    for (const xmlNode* child = node.children; child != nullptr; child = child->next) {
+        if (child->type == XML_ELEMENT_NODE) AddTags(*child, tags);
+    }
+}
 
 /// How often each element is there, the second title's counted down.
 std::map<std::string, int> CountDifferences(const std::vector<XmlTag>& a, const std::vector<XmlTag>& b) {
@@ -20,21 +32,9 @@ std::map<std::string, int> CountDifferences(const std::vector<XmlTag>& a, const 
 }  // namespace
 
 std::vector<std::vector<XmlTag>> TagsByString(IKVT_CaptionFx& title) {
-    // The library writes its XML itself: tags and attributes have one form.
-    static const std::regex tag("<(\\w+)([^>]*)>"), attribute("(\\w+)=\"([^\"]*)\"");
-    const std::string xml = Utf8FromUtf16(TitleXml(title));
+    const TitleDocument document = SavedNodes(title);
     std::vector<std::vector<XmlTag>> strings;
-    const std::sregex_iterator end;
-    for (std::sregex_iterator at(xml.begin(), xml.end(), tag); at != end; ++at) {
-        if ((*at)[1] == "MetaString") strings.emplace_back();
-        if (strings.empty()) continue;
-        XmlTag& added = strings.back().emplace_back();
-        added.name = (*at)[1];
-        const std::string rest = (*at)[2];
-        for (std::sregex_iterator each(rest.begin(), rest.end(), attribute); each != end; ++each) {
-            if ((*each)[1] != "Index") added.attributes[(*each)[1]] = (*each)[2];
-        }
-    }
+    for (const xmlNode* const node : StringNodes(document.get())) AddTags(*node, strings.emplace_back());
     return strings;
 }
 

@@ -1,9 +1,10 @@
 // Title scripts and subtitles as users of the tool meet them: converted, shown and drawn.
-#include <algorithm>
+#include <cmath>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <regex>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -47,12 +48,16 @@ protected:
     }
     /// The boxes of the strings of a title.
     [[nodiscard]] std::vector<Box> BoxesOf(const std::string& title) const {
-        static const std::regex line(R"(string \d+: (\S+) x (\S+) at \((\S+), (\S+)\))");
         const ProcessResult shown = RunTool(scratch_, {"show", title});
         EXPECT_EQ(shown.exitCode, 0) << shown.errors;
         std::vector<Box> boxes;
-        for (std::sregex_iterator at(shown.output.begin(), shown.output.end(), line), end; at != end; ++at)
-            boxes.push_back({std::stod((*at)[1]), std::stod((*at)[2]), std::stod((*at)[3]), std::stod((*at)[4])});
+        std::istringstream lines(shown.output);
+        for (std::string line; std::getline(lines, line);) {
+            Box box{};
+            if (std::sscanf(line.c_str(), "string %*d: %lf x %lf at (%lf, %lf)", &box.width, &box.height, &box.x,
+                            &box.y) == 4)
+                boxes.push_back(box);
+        }
         return boxes;
     }
     [[nodiscard]] PngImage Frame(const std::string& title, const std::string& time,
@@ -108,7 +113,9 @@ TEST_F(ScriptCommands, WhatAScriptCannotSayIsNoted) {
     for (const char c : Read("a.xml")) {
         if (c > 0) xml += c;  // ASCII in UTF-16
     }
-    xml = std::regex_replace(xml.substr(xml.find("?>") + 2), std::regex("MaskFile=\"\""), "MaskFile=\"m.png\"");
+    xml.erase(0, xml.find("?>") + 2);
+    const std::string mask = "MaskFile=\"";
+    xml.insert(xml.find(mask) + mask.size(), "m.png");
     EXPECT_THAT(Convert(Write("b.xml", xml), "b.json"),
                 testing::EndsWith("note: string 0: a script cannot say all of MetaString MaskFile\n"));
 }
