@@ -64,6 +64,7 @@ void DrawOnThreads(std::vector<FramePainter>& painters, size_t pixelsOfFrame, co
     for (Task& task : ring) task.frame.pixels.resize(pixelsOfFrame);
     TaskQueue queue;
     std::vector<std::jthread> threads;
+    threads.reserve(painters.size());
     for (FramePainter& painter : painters)
         threads.emplace_back([&](const std::stop_token& stop) { DrawTasks(stop, painter, queue); });
 

@@ -25,6 +25,7 @@ for command in "${commands[@]}"; do
     grep --quiet --line-regexp "$command" <<< "$(complete_words "$command")" || { echo "'$command' is not completed"; bad=1; }
     help=$("$tool" "$command" --help)
     grep --quiet '^Example' <<< "$help" || { echo "'$command --help' has no example"; bad=1; }
+    # shellcheck disable=SC2013  # options are words
     for option in $(grep --only-matching --extended-regexp -- '--[a-z][a-z-]+' <<< "$help" | sort --unique); do
         grep --quiet --fixed-strings -- "$option" <<< "$text" || { echo "$page does not tell of '$option' of '$command'"; bad=1; }
         grep --quiet --line-regexp -- "$option" <<< "$(complete_words "$command" "${option:0:3}")" ||

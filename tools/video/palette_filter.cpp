@@ -49,7 +49,7 @@ PaletteFilter::PaletteFilter(FrameSize size, AVRational timeBase)
 }
 
 void PaletteFilter::Put(const AVFrame& frame) {
-    const AvFrameHandle own = AvOwn<AvFrameHandle>(av_frame_clone(&frame));
+    const auto own = AvOwn<AvFrameHandle>(av_frame_clone(&frame));
     AvCheck(av_frame_make_writable(own.get()), kFailure);
     HardenAlpha(*own);
     AvCheck(av_buffersrc_add_frame(source_, own.get()), kFailure);

@@ -54,6 +54,7 @@ AvFrameHandle ViewPixels(std::span<const uint32_t> pixels, FrameSize size) {
     frame->width = size.width;
     frame->height = size.height;
     // Nothing writes through it: libav's frames know no constant pixels.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast)
     frame->data[0] = const_cast<uint8_t*>(reinterpret_cast<const uint8_t*>(pixels.data()));
     frame->linesize[0] = size.width * static_cast<int>(sizeof(uint32_t));
     return frame;

@@ -64,12 +64,12 @@ void VideoReader::ReadColor() {
 }
 
 AVRational VideoReader::FrameRate() const {
-    const AVRational rate = av_guess_frame_rate(file_.get(), const_cast<AVStream*>(stream_), nullptr);
+    const AVRational rate = av_guess_frame_rate(file_.get(), stream_, nullptr);
     return rate.num > 0 && rate.den > 0 ? rate : AVRational{25, 1};
 }
 
 AVRational VideoReader::SampleAspect() const {
-    const AVRational aspect = av_guess_sample_aspect_ratio(file_.get(), const_cast<AVStream*>(stream_), frame_.get());
+    const AVRational aspect = av_guess_sample_aspect_ratio(file_.get(), stream_, frame_.get());
     return aspect.num > 0 && aspect.den > 0 ? aspect : AVRational{0, 1};
 }
 

@@ -52,7 +52,7 @@ private:
 
     std::filesystem::path path_;
     AvInputHandle file_;
-    const AVStream* stream_ = nullptr;
+    AVStream* stream_ = nullptr;
     std::vector<const AVStream*> sounds_;
     std::function<void(int, AVPacket&)> takeSound_;
     std::vector<std::pair<int, AvPacketHandle>> earlySound_;  // read on the way to the first frame

@@ -36,7 +36,7 @@ public:
 
     [[nodiscard]] bool CanHoldSound() const { return muxer_->oformat->audio_codec != AV_CODEC_ID_NONE; }
     /// Adds a stream whose packets are written as they come, such as audio. Before the first frame. Its number.
-    int AddCopiedStream(const AVStream& stream);
+    int AddCopiedStream(const AVStream& source);
 
     /// `time` in the set-up's time base, rising. Pixels as of a frame, straight alpha.
     void Write(std::span<const uint32_t> pixels, int64_t time);
