@@ -117,17 +117,16 @@ std::string Card(const GalleryEntry& entry, FrameSize picture) {
                              : entry.effect.passes > 1 ? "draws each character twice"
                                                        : "";
     std::string card =
-        "<li data-words=\"" +
-        LowerCase(name + " " + std::string(entry.effect.effectClass) + " " + TitleOf(entry.effect.effectClass)) + "\">";
+        "<li data-words='" +
+        LowerCase(name + " " + std::string(entry.effect.effectClass) + " " + TitleOf(entry.effect.effectClass)) + "'>";
     if (entry.picture.empty()) {
-        card += "<div class=\"absent\">not drawn by this library</div>";
+        card += "<div class='absent'>not drawn by this library</div>";
     } else {
-        card += "<img loading=\"lazy\" src=\"" + entry.picture + "\" alt=\"" + name + "\" width=\"" +
-                std::to_string(picture.width) + "\" height=\"" + std::to_string(picture.height) + "\">";
+        card += "<img loading='lazy' src='" + entry.picture + "' alt='" + name + "' width='" +
+                std::to_string(picture.width) + "' height='" + std::to_string(picture.height) + "'>";
     }
-    return card + "<div class=\"about\"><h3>" + name + "</h3><p>" + note +
-           "</p><button title=\"Copy\" type=\"button\">--key 0:" + name + ":0 --key 1:" + name +
-           ":1</button></div></li>\n";
+    return card + "<div class='about'><h3>" + name + "</h3><p>" + note +
+           "</p><button title='Copy' type='button'>--key 0:" + name + ":0 --key 1:" + name + ":1</button></div></li>\n";
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "tools/memory_tuning.h"
 
+#include <cstdlib>  // says whose C library it is
+
 #if defined(__GLIBC__)
 #include <malloc.h>
 #endif
