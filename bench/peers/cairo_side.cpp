@@ -147,7 +147,7 @@ public:
                                                                                stage_.height, stage_.width * 4));
         const Owned<cairo_t> context = ContextOn(frame.get());
         if (MovesAsWhole(scene_)) {
-            for (size_t line = 0; line < placedLines_.size(); ++line) PlaceLine(context.get(), line);
+            for (const PlacedLine& placed : placedLines_) PlaceLine(context.get(), placed);
         } else {
             painter_.SetFont(context.get());
             for (const PlacedChar& placed : placedChars_) {
@@ -205,11 +205,9 @@ private:
         return {std::move(mask), std::move(body)};
     }
 
-    void PlaceLine(cairo_t* context, size_t index) {
-        const PlacedLine& placed = placedLines_[index];
-        const Line& line = lines_[index];
+    void PlaceLine(cairo_t* context, const PlacedLine& placed) const {
+        const Line& line = lines_[placed.index];
         const double left = placed.x + line.body.left, top = placed.baseline + line.body.top;
-        if (top > stage_.height || top + cairo_image_surface_get_height(line.body.surface.get()) < 0) return;
         if (scene_.motion == Motion::kFreshShadow) DrawFreshShadow(context, line.mask, placed);
         cairo_set_source_surface(context, line.body.surface.get(), left, top);
         // Kept to the picture: cairo would otherwise look at the whole frame.

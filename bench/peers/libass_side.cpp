@@ -17,6 +17,7 @@
 namespace captionfx::peers {
 namespace {
 
+constexpr int kCacheMegabytes = 512;  // the credits at 4K shall stay in its cache, in all fractions of a pixel
 constexpr int kShadowLayer = 0, kBodyLayer = 1;
 // libass's \blur is in a unit of its own: sigma in pixels over this.
 const double kSigmaOfBlur = 2 / std::sqrt(std::log(256.0));
@@ -65,6 +66,7 @@ public:
         ass_set_storage_size(renderer_.get(), stage.width, stage.height);
         ass_set_shaper(renderer_.get(), ASS_SHAPING_SIMPLE);
         ass_set_fonts(renderer_.get(), fontFile.c_str(), kFontFamily, ASS_FONTPROVIDER_NONE, nullptr, 0);
+        ass_set_cache_limits(renderer_.get(), 0, kCacheMegabytes);
         const std::string header = Header();
         ass_process_codec_private(track_.get(), const_cast<char*>(header.c_str()), static_cast<int>(header.size()));
     }

@@ -19,7 +19,7 @@ constexpr std::array kScenes = {
     Scene{"S5", "fade", Motion::kFade, "PATH_FADE", 0.02F, 0.98F, kLineEm, 0.60, 0.77, false},
     Scene{"S6", "wide shadow, fresh each frame", Motion::kFreshShadow, "PATH_NOEFFECT", 0.9F, 0.9F, kLineEm, 0.67, 0.76,
           false},
-    Scene{"S7", "credits of 2,000 characters", Motion::kScroll, "PATH_SCROLLUP", 0.3F, 0.6F, kCreditsEm, 0.56, 0.80,
+    Scene{"S7", "credits of 2,000 characters", Motion::kScroll, "PATH_SCROLLUP", 0.45F, 0.5F, kCreditsEm, 0.56, 0.80,
           true},
 };
 
@@ -135,11 +135,16 @@ std::vector<PlacedLine> PlaceLines(const Scene& scene, const Stage& stage, const
     const double p = ProgressAt(scene, moment), ascent = kAscent * scene.emPx * stage.scale;
     const Way way = WayOf(scene, stage, layout, p);
     std::vector<PlacedLine> lines;
+    size_t next = 0;
     for (const CharBox& box : layout.boxes) {
-        if (box.line < lines.size()) continue;  // the first character of each line
+        if (box.line < next) continue;  // the first character of each line
+        next = box.line + 1;
+        const double top = box.top + way.y, margin = box.height / 2;
+        if (top + box.height + margin < 0 || top - margin > stage.height) continue;
         lines.push_back({.text = text[box.line],
+                         .index = box.line,
                          .x = box.left + way.x,
-                         .baseline = box.top + ascent + way.y,
+                         .baseline = top + ascent,
                          .alpha = AlphaOf(scene, p)});
     }
     return lines;

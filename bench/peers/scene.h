@@ -89,10 +89,12 @@ struct PlacedChar {
 /// A line that moves as a whole.
 struct PlacedLine {
     std::string_view text;
+    size_t index;
     double x, baseline;
     double alpha;
 };
 
+/// Those that are in the frame, or so close that border or shadow may be.
 [[nodiscard]] std::vector<PlacedLine> PlaceLines(const Scene& scene, const Stage& stage, const TextLayout& layout,
                                                  std::span<const std::string> text, double moment);
 
