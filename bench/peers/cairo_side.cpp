@@ -4,6 +4,7 @@
 #include <cairo.h>
 #include <cmath>
 #include <numbers>
+#include <ranges>
 #include <stdexcept>
 #include <utility>
 
@@ -178,12 +179,13 @@ private:
     };
 
     Line DrawLine(size_t line) {
-        double x = 0;
-        bool isFirst = true;
-        for (const CharBox& box : layout_.boxes) {
-            if (box.line != line) continue;
-            if (std::exchange(isFirst, false)) x = box.left;
-            cairo_move_to(pen_.get(), box.left - x, 0);
+        const auto ofLine = [line](const CharBox& box) { return box.line == line; };
+        const auto first = std::ranges::find_if(layout_.boxes, ofLine);
+        // At rest the picture lies on whole pixels: it holds the fractions of the line's place.
+        const double baseline = first->top + kAscent * look_.emPx;
+        const double dx = first->left - std::floor(first->left), dy = baseline - std::floor(baseline);
+        for (const CharBox& box : layout_.boxes | std::views::filter(ofLine)) {
+            cairo_move_to(pen_.get(), box.left - first->left + dx, dy);
             cairo_text_path(pen_.get(), std::string(1, box.letter).c_str());
         }
         Sprite mask = painter_.Mask(pen_.get());
@@ -202,6 +204,10 @@ private:
         }
         cairo_append_path(context.get(), path.get());
         painter_.Body(context.get());
+        for (Sprite* const sprite : {&mask, &body}) {
+            sprite->left -= dx;
+            sprite->top -= dy;
+        }
         return {std::move(mask), std::move(body)};
     }
 

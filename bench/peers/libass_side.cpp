@@ -97,11 +97,12 @@ public:
         constexpr long long kTimeMs = 1;  // within the events
         for (const ASS_Image* image = ass_render_frame(renderer_.get(), track_.get(), kTimeMs, nullptr);
              image != nullptr; image = image->next) {
-            if (image->w <= 0 || image->h <= 0) continue;
-            uint32_t* const corner = pixels + std::ptrdiff_t{image->dst_y} * stage_.width + image->dst_x;
             // Colours are red, green, blue, and transparency in the lowest byte.
+            const uint32_t alpha = 255 - (image->color & 0xFF);
+            if (image->w <= 0 || image->h <= 0 || alpha == 0) continue;
+            uint32_t* const corner = pixels + std::ptrdiff_t{image->dst_y} * stage_.width + image->dst_x;
             BlendCoverage(corner, stage_.width, {image->bitmap, image->w, image->h, image->stride}, image->color >> 8,
-                          255 - (image->color & 0xFF));
+                          alpha);
         }
     }
 
@@ -128,7 +129,7 @@ private:
     /// Border and softness are lengths of the frame, of a character at its own scale as well.
     void AddTwice(const std::string& place, double alpha, double moment, const std::string& text) {
         const double blur = look_.shadowSigmaPx / kSigmaOfBlur;
-        const double unlike = scene_.motion == Motion::kFreshShadow ? moment * 0.0625 + 1 : 1;
+        const double unlike = scene_.motion == Motion::kFreshShadow ? moment * 0.5 + 1 : 1;
         Add(kShadowLayer, "{" + place +
                               Formatted("\\1a&HFF&\\3a&HFF&\\4a&H%02X&\\blur%.4f\\shad%.3f}",
                                         AssAlpha(alpha * look_.shadowAlpha), blur * unlike, look_.shadowOffsetPx) +
