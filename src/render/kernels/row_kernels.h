@@ -30,7 +30,7 @@ struct CoverageRows {
     bool MayOverrun;        ///< Up to kPixelPadding pixels behind a row may be read and written as they were.
 };
 
-inline constexpr int32_t kPixelPadding = 16;
+inline constexpr int32_t kPixelPadding = 32;
 
 /// Rows are `count` pixels and need no alignment; what lies beyond is not written.
 struct RowKernels {
