@@ -112,7 +112,7 @@ TitleSource LoadTitle(IKVT_CaptionFx& title, const std::filesystem::path& path, 
     source.fonts = FontsOf(script);
     source.scale = script.scale;
     source.strings = StringsOf(title);
-    source.duration = std::max(DurationOf(script), LastKeyOf(source.strings));
+    source.duration = script.duration.value_or(LastKeyOf(source.strings));
     return source;
 }
 

@@ -6,10 +6,12 @@
 #include <iterator>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "tests/tools/process.h"
 #include "tests/tools/scratch_folder.h"
@@ -88,7 +90,7 @@ TEST_F(ScriptCommands, ExamplesComeBackAsTheyWere) {
         EXPECT_THAT(Convert(Path("b.json"), "c.xml"), IsEmpty());
         EXPECT_EQ(Read("a.xml"), Read("c.xml")) << name;
     }
-    EXPECT_THAT(Read("b.json"), HasSubstr("\"in\": {\"effect\": \"trance-center\", \"seconds\": 0.7}"));
+    EXPECT_THAT(Read("b.json"), HasSubstr("\"in\": {\"effect\": \"trance-center\", \"seconds\": 0.8}"));
 }
 
 TEST_F(ScriptCommands, StylesTextsAndTurnsComeBackAsTheyWere) {
@@ -158,6 +160,17 @@ TEST_F(ScriptCommands, AllStringsAtRestAreInEveryFrame) {
     }
 }
 
+TEST_F(ScriptCommands, TheTitleEndsWhereItsDurationSays) {
+    for (const auto& [duration, frames] : {std::pair{"1.5", 3}, {"3", 6}}) {
+        const std::string script =
+            Write("a.json", std::string(R"({"frame": "64x36", "duration": )") + duration +
+                                R"(, "strings": [{"text": "I", "hold": 2}]})");
+        const ProcessResult result =
+            RunTool(scratch_, {"render", script, "--fps", "2", "--format", "bgra", "-o", "-", "--quiet"});
+        EXPECT_EQ(result.output.size(), static_cast<size_t>(frames) * 64 * 36 * 4) << duration;
+    }
+}
+
 TEST_F(ScriptCommands, FrameAskedForShowsTheWholeTitleSmaller) {
     const std::string script = Write("a.json", R"({"frame": "400x200", "strings": [
         {"text": "H", "size": 80, "anchor": "right"}]})");
@@ -200,6 +213,18 @@ TEST_F(ScriptCommands, OverlappingSubtitlesStackAwayFromTheirEdge) {
             EXPECT_GT(upper.y + upper.height, lower.y - 1.01) << "stacked without a gap";
         }
         EXPECT_EQ(boxes[3].y, boxes[0].y) << "the first one's place is free again";
+    }
+}
+
+// The times of the example are tenths of seconds less two passages of 0.15 s, which floats do not add up to.
+TEST_F(ScriptCommands, SubtitlesBecomeScriptsWithPlainTimes) {
+    for (const char* name : {"talk.srt", "talk.vtt"}) {
+        Convert(std::string(kExamples) + name, "a.json", {"--style", std::string(kExamples) + "subtitles.json"});
+        const nlohmann::json script = nlohmann::json::parse(Read("a.json"));
+        for (const nlohmann::json& string : script.at("strings")) {
+            ASSERT_TRUE(string.contains("hold")) << string.at("text");
+            EXPECT_LE(string.at("hold").dump().size(), 3U) << string.at("text");
+        }
     }
 }
 
