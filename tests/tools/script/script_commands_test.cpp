@@ -216,6 +216,21 @@ TEST_F(ScriptCommands, OverlappingSubtitlesStackAwayFromTheirEdge) {
     }
 }
 
+TEST_F(ScriptCommands, SubtitlesAreDrawnInTheirStyleWithoutAFileBetween) {
+    const std::string talk = std::string(kExamples) + "talk.srt", style = std::string(kExamples) + "subtitles.json";
+    Convert(talk, "a.json", {"--style", style});
+    const PngImage wanted = Frame(Path("a.json"), "2.5", {"--frame", "480x270"});
+    EXPECT_EQ(Frame(talk, "2.5", {"--frame", "480x270", "--style", style}).pixels, wanted.pixels);
+    EXPECT_NE(Frame(talk, "2.5", {"--frame", "480x270"}).pixels, wanted.pixels) << "the usual style";
+    for (const char* name : {"a.png", "b.png"}) {
+        const std::string title = name[0] == 'a' ? talk : Path("a.json");
+        std::vector<std::string> preview{"preview", title, "--at", "2.5", "-o", Path(name)};
+        if (title == talk) preview.insert(preview.end(), {"--style", style});
+        EXPECT_EQ(RunTool(scratch_, preview).errors, "");
+    }
+    EXPECT_EQ(Read("a.png"), Read("b.png"));
+}
+
 // The times of the example are tenths of seconds less two passages of 0.15 s, which floats do not add up to.
 TEST_F(ScriptCommands, SubtitlesBecomeScriptsWithPlainTimes) {
     for (const char* name : {"talk.srt", "talk.vtt"}) {
@@ -257,6 +272,7 @@ TEST_F(ScriptCommands, WrongFilesGiveOneLine) {
         {{"show", std::string(kExamples) + "subtitles.json"}, "subtitles.json:1:1: this is a style for subtitles"},
         {{"convert", talk, Path("a.xml"), "--style", hello}, "hello.json:1:1: this is a title, not a style"},
         {{"convert", hello, Path("a.xml"), "--style", hello}, "hello.json: a style is for subtitles"},
+        {{"render", hello, "--style", hello, "-o", Path("a.png")}, "hello.json: a style is for subtitles"},
         {{"convert", hello, Path("a.yaml")}, "a.yaml' must end in .xml or .json"},
         {{"convert", Path("none.json"), Path("a.xml")}, "none.json: cannot be opened: No such file"},
     };
