@@ -51,7 +51,8 @@ void List(const std::vector<EffectInfo>& effects) {
     };
     line("NAME", "CLASS", "PASSES", "IMAGE-BASED", "IN SCRIPTS");
     for (const EffectInfo& effect : effects) {
-        line(effect.name, effect.effectClass, effect.passes, effect.isImageBased ? "yes" : "no", NameOfEffect(effect.name));
+        line(effect.name, effect.effectClass, effect.passes, effect.isImageBased ? "yes" : "no",
+             NameOfEffect(effect.name));
     }
     if (!std::cout.flush()) throw std::runtime_error("cannot write the list to standard output");
 }

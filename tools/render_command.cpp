@@ -42,7 +42,8 @@ void AddTypedOptions(CLI::App& render, TypedTitle& typed) {
             "Effect, such as fade or PATH_FADE");
     addMore("--progress", typed.progress, &ParseNumber, "a finite number",
             "Progress of the effect: 0 not there yet, 1 at rest [1]");
-    AddValues(render, "--key", typed.keys, &ParseKeyframe, "a keyframe TIME:EFFECT:PROGRESS of a listed effect, such as 0.5:fade:1",
+    AddValues(render, "--key", typed.keys, &ParseKeyframe,
+              "a keyframe TIME:EFFECT:PROGRESS of a listed effect, such as 0.5:fade:1",
               "Keyframe; between two of the same effect its progress runs. May be given often")
         ->needs(text)
         ->group("A typed title");

@@ -162,9 +162,8 @@ TEST_F(ScriptCommands, AllStringsAtRestAreInEveryFrame) {
 
 TEST_F(ScriptCommands, TheTitleEndsWhereItsDurationSays) {
     for (const auto& [duration, frames] : {std::pair{"1.5", 3}, {"3", 6}}) {
-        const std::string script =
-            Write("a.json", std::string(R"({"frame": "64x36", "duration": )") + duration +
-                                R"(, "strings": [{"text": "I", "hold": 2}]})");
+        const std::string script = Write("a.json", std::string(R"({"frame": "64x36", "duration": )") + duration +
+                                                       R"(, "strings": [{"text": "I", "hold": 2}]})");
         const ProcessResult result =
             RunTool(scratch_, {"render", script, "--fps", "2", "--format", "bgra", "-o", "-", "--quiet"});
         EXPECT_EQ(result.output.size(), static_cast<size_t>(frames) * 64 * 36 * 4) << duration;
