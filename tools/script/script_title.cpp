@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/script/word_wrap.h"
 #include "tools/title_file.h"
 #include "tools/title_setup.h"
 
@@ -136,7 +137,8 @@ void BuildTitle(IKVT_CaptionFx& title, const TitleScript& script, FrameSize usua
     StringRuler ruler(isVertical);
     std::vector<std::vector<Keyframe>> keys;
     title.RemoveAllStrings();
-    for (const ScriptString& string : script.strings) {
+    for (const ScriptString& written : script.strings) {
+        const ScriptString string = WrappedAtWords(ruler, written);
         AddScriptString(title, string, CornerOf(ruler, string, page));
         keys.push_back(KeyframesOf(string.timeline, duration));
     }
