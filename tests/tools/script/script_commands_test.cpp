@@ -267,6 +267,10 @@ TEST_F(ScriptCommands, WrongFilesGiveOneLine) {
         std::string error;
     } rows[] = {
         {{"render", Write("a.json", "{\n\"strings\": 1}"), "-o", Path("a.png")}, "a.json:2:12: strings: expected"},
+        {{"show", Write("b.srt",
+                        "\xFF\xFE"
+                        "1")},
+         "b.srt:1:1: the text is UTF-16; save it as UTF-8"},
         {{"show", Write("a.srt", "1\n")}, "a.srt:1:1: expected times"},
         {{"show", std::string(kExamples) + "subtitles.json"}, "subtitles.json:1:1: this is a style for subtitles"},
         {{"convert", talk, Path("a.xml"), "--style", hello}, "hello.json:1:1: this is a title, not a style"},
