@@ -7,7 +7,7 @@
 namespace captionfx {
 namespace {
 
-/// A line that the library began because the one before was full.
+/// A line that is full in the middle of a paragraph.
 struct FullLine {
     size_t begin;  // of the full one
     size_t next;   // the character that had no room
@@ -26,10 +26,15 @@ std::u16string TextOf(const ScriptString& string) {
 }
 
 /// The first such line behind `from`, where a line begins. Where each line begins at one place, a character that is
-/// back at this place begins one.
+/// back at this place begins one. Upright letters under each other may also run on beyond the limit: in a title that
+/// runs both ways the library measures them across.
 std::optional<FullLine> FindFullLine(const std::u16string& text, const std::vector<TitleRectF>& characters,
-                                     bool isVertical, size_t from) {
-    const auto along = [&](size_t i) { return isVertical ? characters[i].y : characters[i].x; };
+                                     const Placement& place, size_t from) {
+    constexpr float kRounding = 0.01F;  // of sums of advances, document units
+    const auto along = [&](size_t i) { return place.isVertical ? characters[i].y : characters[i].x; };
+    const auto end = [&](size_t i) {
+        return along(i) + (place.isVertical ? characters[i].height : characters[i].width);
+    };
     size_t begin = from;
     bool hasMoved = false;  // characters without an advance stay at the beginning
     for (size_t i = from + 1; i < std::min(text.size(), characters.size()); ++i) {
@@ -37,11 +42,10 @@ std::optional<FullLine> FindFullLine(const std::u16string& text, const std::vect
             begin = i;
             hasMoved = false;
         } else if (text[i] != u'\r' && text[i] != u'\n') {
-            if (along(i) > along(begin)) {
-                hasMoved = true;
-            } else if (hasMoved) {
-                return FullLine{.begin = begin, .next = i};
-            }
+            const bool isBack = hasMoved && along(i) <= along(begin);
+            const bool isBeyond = text[i] != u' ' && end(i) - along(begin) > place.widthLimit + kRounding;
+            if (isBack || isBeyond) return FullLine{.begin = begin, .next = i};
+            hasMoved = hasMoved || along(i) > along(begin);
         }
     }
     return std::nullopt;
@@ -69,7 +73,7 @@ std::vector<size_t> BlanksToBreakAt(StringRuler& ruler, ScriptString string) {
     string.paragraph.Align = 0;
     std::vector<TitleRectF> characters = ruler.LayoutOf(string).characters;
     size_t from = 0;
-    while (const auto line = FindFullLine(text, characters, string.placement.isVertical, from)) {
+    while (const auto line = FindFullLine(text, characters, string.placement, from)) {
         const std::optional<size_t> blank = BlankBefore(text, *line);
         from = line->next;
         if (!blank) continue;

@@ -79,6 +79,10 @@ TEST_F(WordWrap, OnlyBlanksBecomeLineEnds) {
 
     const json vertical = Strings({{{"text", tall}, {"size", 20}, {"widthLimit", 150}, {"vertical", true}}});
     EXPECT_THAT(LinesOf(vertical[0].at("text")), ElementsAre("several words", "in one column"));
+    // Beside a horizontal string the letters stand upright, 23.3 units high: six of them to a column.
+    const json both = Strings({{{"text", tall}, {"size", 20}, {"widthLimit", 150}, {"vertical", true}},
+                               {{"text", "horizontal"}, {"size", 20}}});
+    EXPECT_THAT(LinesOf(both[0].at("text")), ElementsAre("several", "words", "in one", "column"));
 }
 
 TEST_F(WordWrap, RunsKeepTheirCharacters) {
