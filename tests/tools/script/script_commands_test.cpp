@@ -147,6 +147,17 @@ TEST_F(ScriptCommands, AnchorsPutTheMeasuredTextIntoTheFrame) {
     EXPECT_NEAR(turned.y, 0, 1.01);
 }
 
+// Two columns at each edge: the letters lie beside their columns, and none may be cut.
+TEST_F(ScriptCommands, AnchorsKeepVerticalTextInTheFrame) {
+    const std::string text = R"("text": "縦書\n書縦", "size": 30, "vertical": true, "anchor": )";
+    const PngImage frame = Frame(
+        Write("a.json", R"({"frame": "300x150", "strings": [{)" + text + R"("left"}, {)" + text + "\"right\"}]}"), "0");
+    EXPECT_GT(Ink(frame, 0, 60), 500U);
+    EXPECT_EQ(Ink(frame, 0, 150), Ink(frame, 150, 300));
+    EXPECT_GT(Ink(frame, 290, 300), 0U) << "up to the edge";
+    EXPECT_GT(Ink(frame, 0, 10), 0U);
+}
+
 TEST_F(ScriptCommands, AllStringsAtRestAreInEveryFrame) {
     const std::string script = Write("a.json", R"({"frame": "200x60", "strings": [
         {"text": "II", "size": 40, "anchor": "left"}, {"text": "II", "size": 40, "anchor": "right"}]})");
