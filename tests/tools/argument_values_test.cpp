@@ -43,7 +43,8 @@ TEST(ArgumentValues, NamesAreCountedInTheUnitsOfTheirFields) {
 TEST(ArgumentValues, Keyframes) {
     EXPECT_EQ(ParseKeyframe("0.5:PATH_FADE:-1"), (Keyframe{0.5F, "PATH_FADE", -1}));
     EXPECT_EQ(ParseKeyframe("1:wipe-left:1e2"), (Keyframe{1, "PATH_WIPELEFT", 100}));
-    for (const char* wrong : {"", "1", "1:2", "1:PATH_FADE:", ":fade:1", "1::1", "nan:fade:1", "1:fade:in:1", "1:\xC3\xA9:1"})
+    for (const char* wrong :
+         {"", "1", "1:2", "1:PATH_FADE:", ":fade:1", "1::1", "nan:fade:1", "1:fade:in:1", "1:\xC3\xA9:1"})
         EXPECT_FALSE(ParseKeyframe(wrong)) << wrong;
 }
 
