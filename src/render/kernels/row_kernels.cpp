@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <tuple>
 
 #include "render/kernels/pixel_rules.h"
 
@@ -106,6 +107,27 @@ HWY_INLINE void ForRow(uint32_t* row, size_t count, Change change) {
     std::copy(row + i, row + count, rest);
     change(rest, i);
     std::copy_n(rest, count - i, row + i);
+}
+
+/// Like ForRow, for several rows that are all changed.
+template <size_t kRows, class Change>
+HWY_INLINE void ForRows(const std::array<uint32_t*, kRows>& rows, size_t count, Change change) {
+    const size_t lanes = hn::Lanes(d32), whole = count / lanes * lanes;
+    const auto at = [&](size_t i) HWY_ATTR {
+        std::array<uint32_t*, kRows> places = rows;
+        for (uint32_t*& place : places) place += i;
+        return places;
+    };
+    for (size_t i = 0; i < whole; i += lanes) std::apply(change, at(i));
+    if (whole == count) return;
+    HWY_ALIGN uint32_t rest[kRows][hn::MaxLanes(Lanes32())] = {};
+    std::array<uint32_t*, kRows> places;
+    for (size_t row = 0; row < kRows; ++row) {
+        places[row] = rest[row];
+        std::copy(rows[row] + whole, rows[row] + count, rest[row]);
+    }
+    std::apply(change, places);
+    for (size_t row = 0; row < kRows; ++row) std::copy_n(rest[row], count - whole, rows[row] + whole);
 }
 
 /// Like ForRow, for two rows. Where a source of 0 leaves the destination alone, vectors of such are passed over.
@@ -278,34 +300,50 @@ HWY_NOINLINE Pixels OneByOne(Pixels source, Pixels destination) {
     return hn::Load(d32, below);
 }
 
-HWY_INLINE void MergeVectors(uint32_t* face, uint32_t* border, uint32_t* shadow) {
-    const Pixels f = hn::LoadU(d32, face), b = hn::LoadU(d32, border), zero = hn::Zero(d32);
-    if (IsAllZero(hn::Or(f, b))) return;
-    hn::StoreU(OverPremultipliedPixels(MergedPixels(f, b), hn::LoadU(d32, shadow)), d32, shadow);
-    hn::StoreU(zero, d32, face);
-    hn::StoreU(zero, d32, border);
+// On an opaque destination A is 65025, and both kinds of over become a sum with one division by 255.
+HWY_INLINE Pixels PremultipliedOverStraight(Pixels source, Pixels destination) {
+    return IsOpaque(destination) ? OverPremultipliedPixels(source, destination)
+                                 : OneByOne<OverStraight<true> >(source, destination);
+}
+
+void CompositePremultiplied(uint32_t* destination, const uint32_t* source, size_t count) {
+    BlendRow(destination, source, count, [](Pixels s, Pixels d) HWY_ATTR { return PremultipliedOverStraight(s, d); });
+}
+
+/// The pixels of three planes as one image.
+HWY_INLINE Pixels Merged(Pixels face, Pixels border, Pixels shadow) {
+    if (IsAllZero(hn::Or(face, border))) return shadow;
+    return OverPremultipliedPixels(MergedPixels(face, border), shadow);
 }
 
 void MergePlanes(uint32_t* face, uint32_t* border, uint32_t* shadow, size_t count) {
-    constexpr size_t kLanes = hn::MaxLanes(Lanes32());
-    const size_t lanes = hn::Lanes(d32), whole = count / lanes * lanes, rest = count - whole;
-    for (size_t i = 0; i < whole; i += lanes) MergeVectors(face + i, border + i, shadow + i);
-    if (rest == 0) return;
-    HWY_ALIGN uint32_t f[kLanes] = {}, b[kLanes] = {}, s[kLanes] = {};
-    std::copy_n(face + whole, rest, f);
-    std::copy_n(border + whole, rest, b);
-    std::copy_n(shadow + whole, rest, s);
-    MergeVectors(f, b, s);
-    std::copy_n(f, rest, face + whole);
-    std::copy_n(b, rest, border + whole);
-    std::copy_n(s, rest, shadow + whole);
+    ForRows(std::array{face, border, shadow}, count, [](uint32_t* f, uint32_t* b, uint32_t* s) HWY_ATTR {
+        hn::StoreU(Merged(hn::LoadU(d32, f), hn::LoadU(d32, b), hn::LoadU(d32, s)), d32, s);
+        hn::StoreU(hn::Zero(d32), d32, f);
+        hn::StoreU(hn::Zero(d32), d32, b);
+    });
 }
 
-// On an opaque destination A is 65025, and both kinds of over become a sum with one division by 255.
-void CompositePremultiplied(uint32_t* destination, const uint32_t* source, size_t count) {
-    BlendRow(destination, source, count, [](Pixels s, Pixels d) HWY_ATTR {
-        return IsOpaque(d) ? OverPremultipliedPixels(s, d) : OneByOne<OverStraight<true> >(s, d);
+template <class Composite>
+HWY_INLINE void Finish(const std::array<uint32_t*, 4>& rows, size_t count, Composite composite) {
+    ForRows(rows, count, [&](uint32_t* destination, uint32_t* face, uint32_t* border, uint32_t* shadow) HWY_ATTR {
+        const Pixels f = hn::LoadU(d32, face), b = hn::LoadU(d32, border), s = hn::LoadU(d32, shadow);
+        if (IsAllZero(hn::Or(hn::Or(f, b), s))) return;
+        hn::StoreU(composite(Merged(f, b, s), hn::LoadU(d32, destination)), d32, destination);
+        hn::StoreU(hn::Zero(d32), d32, face);
+        hn::StoreU(hn::Zero(d32), d32, border);
+        hn::StoreU(hn::Zero(d32), d32, shadow);
     });
+}
+
+void FinishStraight(uint32_t* destination, uint32_t* face, uint32_t* border, uint32_t* shadow, size_t count) {
+    Finish({destination, face, border, shadow}, count,
+           [](Pixels s, Pixels d) HWY_ATTR { return PremultipliedOverStraight(s, d); });
+}
+
+void FinishPremultiplied(uint32_t* destination, uint32_t* face, uint32_t* border, uint32_t* shadow, size_t count) {
+    Finish({destination, face, border, shadow}, count,
+           [](Pixels s, Pixels d) HWY_ATTR { return OverPremultipliedPixels(s, d); });
 }
 
 void CompositeStraight(uint32_t* destination, const uint32_t* source, size_t count) {
@@ -356,6 +394,8 @@ void Unpremultiply(uint32_t* pixels, size_t count) {
 const RowKernels* Rows() {
     static constexpr RowKernels kRows{.PlaceCoverage = PlaceCoverage,
                                       .MergePlanes = MergePlanes,
+                                      .FinishStraight = FinishStraight,
+                                      .FinishPremultiplied = FinishPremultiplied,
                                       .MergeFaceOverBorder = MergeFaceOverBorder,
                                       .CompositeStraight = CompositeStraight,
                                       .CompositePremultiplied = CompositePremultiplied,
