@@ -1,6 +1,6 @@
 // Each frame is a set of events of its own, which a host would have read from the file long before: the events are
-// made in `Prepare`. One event a line, or one a character where characters move by themselves; and each twice, since
-// \blur softens the border too: once as the soft shadow alone, once as face and border.
+// made in `Prepare`. One event a line, or one a character where characters move by themselves; and usually each twice,
+// since \blur softens the border too: once as the soft shadow alone, once as face and border.
 #include "peers/libass_side.h"
 
 #include <array>
@@ -53,10 +53,12 @@ std::string Formatted(const char* format, Values... values) {
 
 class LibassSide final : public Side {
 public:
-    LibassSide(const Scene& scene, const Stage& stage, const TextLayout& layout, const std::string& fontFile)
+    LibassSide(const Scene& scene, const Stage& stage, const TextLayout& layout, const std::string& fontFile,
+               SoftShadow shadow)
         : scene_(scene),
           stage_(stage),
           layout_(layout),
+          shadow_(shadow),
           text_(TextOf(scene)),
           look_(LookOf(scene, stage)),
           library_(Have(ass_library_init())),
@@ -80,7 +82,7 @@ public:
                 const double dx = isFresh ? std::fmod(moment * 977, 1) : 0,
                              dy = isFresh ? std::fmod(moment * 1409, 1) : 0;
                 const std::string place = Place(line.x + dx, line.baseline + dy);
-                AddTwice(place, line.alpha, moment, Shown(line.text));
+                AddEvents(place, line.alpha, moment, Shown(line.text));
             }
             return;
         }
@@ -89,7 +91,7 @@ public:
             const std::string place = Place(placed.x, placed.baseline, placed.scale) +
                                       Formatted("\\fscx%.4f\\fscy%.4f\\org(%.3f,%.3f)\\frz%.4f", placed.scale * 100,
                                                 placed.scale * 100, placed.x, placed.baseline, -placed.clockwiseDeg);
-            AddTwice(place, placed.alpha, moment, std::string(1, placed.letter));
+            AddEvents(place, placed.alpha, moment, std::string(1, placed.letter));
         }
     }
 
@@ -127,16 +129,18 @@ private:
     }
 
     /// Border and softness are lengths of the frame, of a character at its own scale as well.
-    void AddTwice(const std::string& place, double alpha, double moment, const std::string& text) {
-        const double blur = look_.shadowSigmaPx / kSigmaOfBlur;
-        const double unlike = scene_.motion == Motion::kFreshShadow ? moment * 0.5 + 1 : 1;
-        Add(kShadowLayer, "{" + place +
-                              Formatted("\\1a&HFF&\\3a&HFF&\\4a&H%02X&\\blur%.4f\\shad%.3f}",
-                                        AssAlpha(alpha * look_.shadowAlpha), blur * unlike, look_.shadowOffsetPx) +
-                              text);
+    void AddEvents(const std::string& place, double alpha, double moment, const std::string& text) {
+        const double unlike = scene_.motion == Motion::kFreshShadow ? moment * 0.0625 + 1 : 1;
         const int bodyAlpha = AssAlpha(alpha);
-        Add(kBodyLayer,
-            "{" + place + (bodyAlpha == 0 ? "}" : Formatted("\\1a&H%02X&\\3a&H%02X&}", bodyAlpha, bodyAlpha)) + text);
+        const std::string body = bodyAlpha == 0 ? "" : Formatted("\\1a&H%02X&\\3a&H%02X&", bodyAlpha, bodyAlpha);
+        const std::string shadow = Formatted("\\4a&H%02X&\\blur%.4f\\shad%.3f", AssAlpha(alpha * look_.shadowAlpha),
+                                             look_.shadowSigmaPx / kSigmaOfBlur * unlike, look_.shadowOffsetPx);
+        if (shadow_ == SoftShadow::kWithBorder) {
+            Add(kBodyLayer, "{" + place + body + shadow + "}" + text);
+            return;
+        }
+        Add(kShadowLayer, "{" + place + "\\1a&HFF&\\3a&HFF&" + shadow + "}" + text);
+        Add(kBodyLayer, "{" + place + body + "}" + text);
     }
 
     void Add(int layer, const std::string& text) {
@@ -154,6 +158,7 @@ private:
     const Scene& scene_;
     const Stage stage_;
     const TextLayout& layout_;
+    const SoftShadow shadow_;
     const std::vector<std::string> text_;
     const Look look_;
     Owned<ASS_Library> library_;
@@ -164,8 +169,8 @@ private:
 }  // namespace
 
 std::unique_ptr<Side> MakeLibassSide(const Scene& scene, const Stage& stage, const TextLayout& layout,
-                                     const std::string& fontFile) {
-    return std::make_unique<LibassSide>(scene, stage, layout, fontFile);
+                                     const std::string& fontFile, SoftShadow shadow) {
+    return std::make_unique<LibassSide>(scene, stage, layout, fontFile, shadow);
 }
 
 }  // namespace captionfx::peers

@@ -12,12 +12,6 @@
 namespace captionfx::peers {
 namespace {
 
-double Median(std::vector<double> values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::ranges::nth_element(values, middle);
-    return *middle;
-}
-
 /// Seconds of one frame.
 struct Times {
     double processor, wall;
@@ -50,12 +44,14 @@ struct Samples {
 /// The sides at their work.
 class Race {
 public:
-    static constexpr size_t kSides = 4;  // this library on one thread and on two, libass, cairo
+    static constexpr size_t kSides = 5;  // this library on one thread and on two, libass in both ways, cairo
 
     Race(const Scene& scene, const Stage& stage, const std::string& fontFile)
         : layout_(MeasureLayout(scene, stage)),
           sides_{MakeCaptionFxSide(scene, stage, 1), MakeCaptionFxSide(scene, stage, 2),
-                 MakeLibassSide(scene, stage, layout_, fontFile), MakeCairoSide(scene, stage, layout_)},
+                 MakeLibassSide(scene, stage, layout_, fontFile, SoftShadow::kOfItsOwn),
+                 MakeLibassSide(scene, stage, layout_, fontFile, SoftShadow::kWithBorder),
+                 MakeCairoSide(scene, stage, layout_)},
           ground_(MakeGround(stage)) {
         pixels_.fill(ground_);
     }
@@ -127,7 +123,8 @@ SceneResult MeasureScene(const Scene& scene, const Stage& stage, const std::stri
             .us = samples[0].Summed(),
             .usOnTwo = samples[1].Summed(),
             .libass = samples[2].Summed(),
-            .cairo = samples[3].Summed()};
+            .libassSoft = samples[3].Summed(),
+            .cairo = samples[4].Summed()};
 }
 
 OpeningResult MeasureOpening(const Scene& scene) {
