@@ -17,6 +17,8 @@
 namespace captionfx::peers {
 namespace {
 
+// libass's lines have the ascender and the descender that are meant for clipping, and its size is their sum. In ems.
+constexpr double kLineAscent = 1854.0 / 2048, kLineHeight = (1854.0 + 434.0) / 2048;
 constexpr int kCacheMegabytes = 512;  // the credits at 4K shall stay in its cache, in all fractions of a pixel
 constexpr int kShadowLayer = 0, kBodyLayer = 1;
 // libass's \blur is in a unit of its own: sigma in pixels over this.
@@ -69,8 +71,8 @@ public:
         ass_set_shaper(renderer_.get(), ASS_SHAPING_SIMPLE);
         ass_set_fonts(renderer_.get(), fontFile.c_str(), kFontFamily, ASS_FONTPROVIDER_NONE, nullptr, 0);
         ass_set_cache_limits(renderer_.get(), 0, kCacheMegabytes);
-        const std::string header = Header();
-        ass_process_codec_private(track_.get(), const_cast<char*>(header.c_str()), static_cast<int>(header.size()));
+        std::string header = Header();
+        ass_process_codec_private(track_.get(), header.data(), static_cast<int>(header.size()));
     }
 
     void Prepare(double moment) override {
@@ -101,7 +103,8 @@ public:
              image != nullptr; image = image->next) {
             // Colours are red, green, blue, and transparency in the lowest byte.
             const uint32_t alpha = 255 - (image->color & 0xFF);
-            if (image->w <= 0 || image->h <= 0 || alpha == 0) continue;
+            // What cannot be seen is not blended: the shadow's own face and border.
+            if (image->w <= 0 || image->h <= 0 || alpha <= 1) continue;
             uint32_t* const corner = pixels + std::ptrdiff_t{image->dst_y} * stage_.width + image->dst_x;
             BlendCoverage(corner, stage_.width, {image->bitmap, image->w, image->h, image->stride}, image->color >> 8,
                           alpha);
@@ -120,7 +123,7 @@ private:
     }
 
     [[nodiscard]] std::string Place(double x, double baseline, double scale = 1) const {
-        return Formatted("\\pos(%.3f,%.3f)", x, baseline - kAscent * look_.emPx * scale);
+        return Formatted("\\pos(%.3f,%.3f)", x, baseline - kLineAscent * look_.emPx * scale);
     }
 
     /// A blank at the beginning would be dropped.
@@ -139,7 +142,8 @@ private:
             Add(kBodyLayer, "{" + place + body + shadow + "}" + text);
             return;
         }
-        Add(kShadowLayer, "{" + place + "\\1a&HFF&\\3a&HFF&" + shadow + "}" + text);
+        // A face that is wholly transparent would leave a hole in the shadow.
+        Add(kShadowLayer, "{" + place + "\\1c&H000000&\\1a&HFE&\\3a&HFF&" + shadow + "}" + text);
         Add(kBodyLayer, "{" + place + body + "}" + text);
     }
 

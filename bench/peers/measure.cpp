@@ -131,8 +131,8 @@ OpeningResult MeasureOpening(const Scene& scene) {
     constexpr int kTimes = 15;
     std::vector<uint32_t> pixels = MakeGround(k1080);
     const auto measured = [&](Opening opening) {
-        std::vector<double> seconds;
-        for (int i = 0; i < kTimes; ++i) seconds.push_back(OpenAndDraw(scene, k1080, opening, pixels.data()));
+        std::vector<double> seconds(kTimes);
+        for (double& each : seconds) each = OpenAndDraw(scene, k1080, opening, pixels.data());
         return Median(seconds) * 1000;
     };
     return {&scene, measured(Opening::kTyped), measured(Opening::kLoaded)};
