@@ -19,7 +19,8 @@ namespace {
 
 // libass's lines have the ascender and the descender that are meant for clipping, and its size is their sum. In ems.
 constexpr double kLineAscent = 1854.0 / 2048, kLineHeight = (1854.0 + 434.0) / 2048;
-constexpr int kCacheMegabytes = 512;  // the credits at 4K shall stay in its cache, in all fractions of a pixel
+// The credits at 4K shall stay in its cache, in all fractions of a pixel; shadows that are to be fresh shall not.
+constexpr int kCacheMegabytes = 512, kFreshCacheMegabytes = 24;
 constexpr int kShadowLayer = 0, kBodyLayer = 1;
 // libass's \blur is in a unit of its own: sigma in pixels over this.
 const double kSigmaOfBlur = 2 / std::sqrt(std::log(256.0));
@@ -70,31 +71,16 @@ public:
         ass_set_storage_size(renderer_.get(), stage.width, stage.height);
         ass_set_shaper(renderer_.get(), ASS_SHAPING_SIMPLE);
         ass_set_fonts(renderer_.get(), fontFile.c_str(), kFontFamily, ASS_FONTPROVIDER_NONE, nullptr, 0);
-        ass_set_cache_limits(renderer_.get(), 0, kCacheMegabytes);
+        ass_set_cache_limits(renderer_.get(), 0,
+                             scene.motion == Motion::kFreshShadow ? kFreshCacheMegabytes : kCacheMegabytes);
         std::string header = Header();
         ass_process_codec_private(track_.get(), header.data(), static_cast<int>(header.size()));
     }
 
     void Prepare(double moment) override {
         ass_flush_events(track_.get());
-        if (MovesAsWhole(scene_)) {
-            for (const PlacedLine& line : PlaceLines(scene_, stage_, layout_, text_, moment)) {
-                // Nothing of a fresh shadow may come from the cache: place and blur are a little different each time.
-                const bool isFresh = scene_.motion == Motion::kFreshShadow;
-                const double dx = isFresh ? std::fmod(moment * 977, 1) : 0,
-                             dy = isFresh ? std::fmod(moment * 1409, 1) : 0;
-                const std::string place = Place(line.x + dx, line.baseline + dy);
-                AddEvents(place, line.alpha, moment, Shown(line.text));
-            }
-            return;
-        }
-        for (const PlacedChar& placed : PlaceCharacters(scene_, stage_, layout_, moment)) {
-            // The event's corner is its line's, so that the base line stays where it is when the letter is scaled.
-            const std::string place = Place(placed.x, placed.baseline, placed.scale) +
-                                      Formatted("\\fscx%.4f\\fscy%.4f\\org(%.3f,%.3f)\\frz%.4f", placed.scale * 100,
-                                                placed.scale * 100, placed.x, placed.baseline, -placed.clockwiseDeg);
-            AddEvents(place, placed.alpha, moment, std::string(1, placed.letter));
-        }
+        AddFrame(moment);
+        ++frame_;
     }
 
     void Draw(uint32_t* pixels) override {
@@ -112,6 +98,23 @@ public:
     }
 
 private:
+    void AddFrame(double moment) {
+        if (MovesAsWhole(scene_)) {
+            for (const PlacedLine& line : PlaceLines(scene_, stage_, layout_, text_, moment)) {
+                const std::string place = Place(line.x, line.baseline);
+                AddEvents(place, line.alpha, Shown(line.text));
+            }
+            return;
+        }
+        for (const PlacedChar& placed : PlaceCharacters(scene_, stage_, layout_, moment)) {
+            // The event's corner is its line's, so that the base line stays where it is when the letter is scaled.
+            const std::string place = Place(placed.x, placed.baseline, placed.scale) +
+                                      Formatted("\\fscx%.4f\\fscy%.4f\\org(%.3f,%.3f)\\frz%.4f", placed.scale * 100,
+                                                placed.scale * 100, placed.x, placed.baseline, -placed.clockwiseDeg);
+            AddEvents(place, placed.alpha, std::string(1, placed.letter));
+        }
+    }
+
     [[nodiscard]] std::string Header() const {
         return Formatted(
             "[Script Info]\nScriptType: v4.00+\nPlayResX: %d\nPlayResY: %d\nWrapStyle: 2\nKerning: no\n"
@@ -126,18 +129,25 @@ private:
         return Formatted("\\pos(%.3f,%.3f)", x, baseline - kLineAscent * look_.emPx * scale);
     }
 
+    /// A fresh shadow has another blur in each of 64 frames, more than the cache holds: glyphs stay there, blurs do
+    /// not.
+    [[nodiscard]] double BlurFactor() const {
+        constexpr uint32_t kCycle = 64, kStride = 37;  // without a common divisor; it begins in the middle, with 1
+        const uint32_t step = (kCycle / 2 + frame_ * kStride) % kCycle;
+        return scene_.motion == Motion::kFreshShadow ? 0.85 + 0.3 * step / kCycle : 1;
+    }
+
     /// A blank at the beginning would be dropped.
     static std::string Shown(std::string_view text) {
         return text.starts_with(' ') ? "\\h" + std::string(text.substr(1)) : std::string(text);
     }
 
     /// Border and softness are lengths of the frame, of a character at its own scale as well.
-    void AddEvents(const std::string& place, double alpha, double moment, const std::string& text) {
-        const double unlike = scene_.motion == Motion::kFreshShadow ? moment * 0.0625 + 1 : 1;
+    void AddEvents(const std::string& place, double alpha, const std::string& text) {
         const int bodyAlpha = AssAlpha(alpha);
         const std::string body = bodyAlpha == 0 ? "" : Formatted("\\1a&H%02X&\\3a&H%02X&", bodyAlpha, bodyAlpha);
         const std::string shadow = Formatted("\\4a&H%02X&\\blur%.4f\\shad%.3f", AssAlpha(alpha * look_.shadowAlpha),
-                                             look_.shadowSigmaPx / kSigmaOfBlur * unlike, look_.shadowOffsetPx);
+                                             look_.shadowSigmaPx / kSigmaOfBlur * BlurFactor(), look_.shadowOffsetPx);
         if (shadow_ == SoftShadow::kWithBorder) {
             Add(kBodyLayer, "{" + place + body + shadow + "}" + text);
             return;
@@ -165,6 +175,7 @@ private:
     const SoftShadow shadow_;
     const std::vector<std::string> text_;
     const Look look_;
+    uint32_t frame_ = 0;
     Owned<ASS_Library> library_;
     Owned<ASS_Renderer> renderer_;
     Owned<ASS_Track> track_;

@@ -41,6 +41,12 @@ struct Samples {
     }
 };
 
+constexpr double kGoldenRatio = 0.6180339887498949;
+
+double FractionOf(double value) {
+    return value - std::floor(value);
+}
+
 /// The sides at their work.
 class Race {
 public:
@@ -56,20 +62,37 @@ public:
         pixels_.fill(ground_);
     }
 
+    /// Each side draws frames from all over the scene, so that glyphs come into the caches and threads start, for at
+    /// most `seconds`. Returns the seconds of one turn of all of them.
+    double Warm(double seconds) {
+        constexpr int kFrames = 64;
+        double turns = 0;
+        for (size_t side = 0; side < kSides; ++side) {
+            const double started = SecondsOf(CLOCK_MONOTONIC);
+            int drawn = 0;
+            double used = 0;
+            while (drawn < 2 || (drawn < kFrames && used < seconds)) {
+                DrawTimed(side, FractionOf(++drawn * kGoldenRatio));
+                used = SecondsOf(CLOCK_MONOTONIC) - started;
+            }
+            turns += used / drawn * kFramesOfATurn;
+        }
+        return turns;
+    }
+
     /// Each side draws frames of `parts` parts that are evenly spread over the scene, beginning `shift` (0 to 1) into
     /// the part: no two rounds show the same frames. A turn is a few frames in a row, as a host has them; in the first
     /// of them the processor's caches are still those of the side before, so that it does not count.
-    void Round(size_t parts, double shift, std::vector<Samples>* samples) {
+    void Round(size_t parts, double shift, std::vector<Samples>& samples) {
         for (size_t part = 0; part < parts; ++part) {
             for (size_t turn = 0; turn < kSides; ++turn) {
                 const size_t side = (turn + part) % kSides;
                 pixels_[side] = ground_;
                 for (size_t frame = 0; frame < kFramesOfATurn; ++frame) {
                     const double step = shift + static_cast<double>(frame) / kFramesOfATurn;
-                    const double moment =
-                        (static_cast<double>(part) + step - std::floor(step)) / static_cast<double>(parts);
+                    const double moment = (static_cast<double>(part) + FractionOf(step)) / static_cast<double>(parts);
                     const Times times = DrawTimed(side, moment);
-                    if (samples != nullptr && frame > 0) (*samples)[side].Add(part, times);
+                    if (frame > 0) samples[side].Add(part, times);
                 }
             }
         }
@@ -92,22 +115,13 @@ private:
     std::array<std::vector<uint32_t>, kSides> pixels_;  // a frame of its own for each side, drawn over and over
 };
 
-double FractionOf(double value) {
-    return value - std::floor(value);
-}
-
 }  // namespace
 
 SceneResult MeasureScene(const Scene& scene, const Stage& stage, const std::string& fontFile, double seconds) {
     constexpr size_t kFewParts = 4, kMostParts = 24, kRounds = 5;
-    constexpr double kGoldenRatio = 0.6180339887498949;
     const double started = SecondsOf(CLOCK_MONOTONIC);
     Race race(scene, stage, fontFile);
-    // Two rounds to get warm: glyphs come into the caches, threads start.
-    race.Round(kFewParts, 0.25, nullptr);
-    const double warm = SecondsOf(CLOCK_MONOTONIC);
-    race.Round(kFewParts, 0.75, nullptr);
-    const double perPart = (SecondsOf(CLOCK_MONOTONIC) - warm) / kFewParts;
+    const double perPart = race.Warm(seconds / 20);
     const double affordable = (seconds - (SecondsOf(CLOCK_MONOTONIC) - started)) / perPart / kRounds;
     const size_t parts =
         static_cast<size_t>(std::clamp(affordable, static_cast<double>(kFewParts), static_cast<double>(kMostParts)));
@@ -115,8 +129,8 @@ SceneResult MeasureScene(const Scene& scene, const Stage& stage, const std::stri
     std::vector<Samples> samples(Race::kSides, Samples(parts));
     size_t rounds = 0;
     do {
-        race.Round(parts, FractionOf(static_cast<double>(rounds++) * kGoldenRatio), &samples);
-    } while (rounds < 2 || SecondsOf(CLOCK_MONOTONIC) - started < seconds);
+        race.Round(parts, FractionOf(static_cast<double>(rounds++) * kGoldenRatio), samples);
+    } while (SecondsOf(CLOCK_MONOTONIC) - started < seconds);
     return {.scene = &scene,
             .stage = stage,
             .frames = rounds * parts,
