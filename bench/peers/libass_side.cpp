@@ -19,8 +19,9 @@ namespace {
 
 // libass's lines have the ascender and the descender that are meant for clipping, and its size is their sum. In ems.
 constexpr double kLineAscent = 1854.0 / 2048, kLineHeight = (1854.0 + 434.0) / 2048;
-// The credits at 4K shall stay in its cache, in all fractions of a pixel; shadows that are to be fresh shall not.
-constexpr int kCacheMegabytes = 512, kFreshCacheMegabytes = 24;
+// The credits at 4K shall stay in the cache, in all fractions of a pixel; of shadows that are to be fresh only the few
+// last ones do (times the square of the stage's scale).
+constexpr int kCacheMegabytes = 512, kFreshCacheMegabytes = 9;
 constexpr int kShadowLayer = 0, kBodyLayer = 1;
 // libass's \blur is in a unit of its own: sigma in pixels over this.
 const double kSigmaOfBlur = 2 / std::sqrt(std::log(256.0));
@@ -49,7 +50,7 @@ int AssAlpha(double alpha) {
 
 template <class... Values>
 std::string Formatted(const char* format, Values... values) {
-    std::array<char, 512> text{};
+    std::array<char, 1024> text{};
     std::snprintf(text.data(), text.size(), format, values...);
     return text.data();
 }
@@ -71,8 +72,9 @@ public:
         ass_set_storage_size(renderer_.get(), stage.width, stage.height);
         ass_set_shaper(renderer_.get(), ASS_SHAPING_SIMPLE);
         ass_set_fonts(renderer_.get(), fontFile.c_str(), kFontFamily, ASS_FONTPROVIDER_NONE, nullptr, 0);
+        const int freshMegabytes = kFreshCacheMegabytes * static_cast<int>(stage.scale * stage.scale);
         ass_set_cache_limits(renderer_.get(), 0,
-                             scene.motion == Motion::kFreshShadow ? kFreshCacheMegabytes : kCacheMegabytes);
+                             scene.motion == Motion::kFreshShadow ? freshMegabytes : kCacheMegabytes);
         std::string header = Header();
         ass_process_codec_private(track_.get(), header.data(), static_cast<int>(header.size()));
     }

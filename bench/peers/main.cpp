@@ -25,7 +25,7 @@ namespace {
 
 struct Options {
     std::vector<std::string> scenes, sizes;
-    double seconds = 6;
+    double seconds = 5;
     std::string json, pictures;
     bool costs = false;
 };
@@ -98,7 +98,7 @@ int main(int argc, char** argv) {
     app.add_option("--scene", options.scenes, "S1 to S7; may be given more than once")
         ->check(CLI::IsMember({"S1", "S2", "S3", "S4", "S5", "S6", "S7"}));
     app.add_option("--size", options.sizes, "1080 or 4k")->check(CLI::IsMember({"1080", "4k"}));
-    app.add_option("--seconds", options.seconds, "Time for each scene at each size (6)")
+    app.add_option("--seconds", options.seconds, "Time for each scene at each size (5)")
         ->check(CLI::Range(0.1, 3600.0));
     app.add_option("--json", options.json, "Also write the results to this file");
     app.add_option("--pictures", options.pictures, "Measure nothing; write the pictures of all sides into this folder");
