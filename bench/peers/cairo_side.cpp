@@ -4,7 +4,6 @@
 #include <cairo.h>
 #include <cmath>
 #include <numbers>
-#include <ranges>
 #include <stdexcept>
 #include <utility>
 
@@ -184,7 +183,8 @@ private:
         // At rest the picture lies on whole pixels: it holds the fractions of the line's place.
         const double baseline = first->top + kAscent * look_.emPx;
         const double dx = first->left - std::floor(first->left), dy = baseline - std::floor(baseline);
-        for (const CharBox& box : layout_.boxes | std::views::filter(ofLine)) {
+        for (const CharBox& box : layout_.boxes) {
+            if (!ofLine(box)) continue;
             cairo_move_to(pen_.get(), box.left - first->left + dx, dy);
             cairo_text_path(pen_.get(), std::string(1, box.letter).c_str());
         }
