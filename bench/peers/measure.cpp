@@ -119,9 +119,10 @@ private:
 
 SceneResult MeasureScene(const Scene& scene, const Stage& stage, const std::string& fontFile, double seconds) {
     constexpr size_t kFewParts = 4, kMostParts = 24, kRounds = 5;
+    constexpr double kWarmSeconds = 0.3;  // of each side: short runs need libass's glyphs as well
     const double started = SecondsOf(CLOCK_MONOTONIC);
     Race race(scene, stage, fontFile);
-    const double perPart = race.Warm(seconds / 20);
+    const double perPart = race.Warm(kWarmSeconds);
     const double affordable = (seconds - (SecondsOf(CLOCK_MONOTONIC) - started)) / perPart / kRounds;
     const size_t parts =
         static_cast<size_t>(std::clamp(affordable, static_cast<double>(kFewParts), static_cast<double>(kMostParts)));
