@@ -29,7 +29,7 @@ int16_t KernelValue(int32_t x, int32_t y, double rx, double ry) {
 }
 
 BorderKernel BuildKernel(float radiusX, float radiusY) {
-    BorderKernel kernel{{}, ReachOf(radiusX), ReachOf(radiusY)};
+    BorderKernel kernel{{}, ReachOf(radiusX), ReachOf(radiusY), {}};
     kernel.Values.reserve((2 * static_cast<size_t>(kernel.Cx) + 1) * (2 * static_cast<size_t>(kernel.Cy) + 1));
     for (int32_t y = -kernel.Cy; y <= kernel.Cy; ++y) {
         for (int32_t x = -kernel.Cx; x <= kernel.Cx; ++x) {
@@ -37,6 +37,7 @@ BorderKernel BuildKernel(float radiusX, float radiusY) {
                 KernelValue(std::abs(x), std::abs(y), static_cast<double>(radiusX), static_cast<double>(radiusY)));
         }
     }
+    kernel.Plan = MakeDilationPlan(kernel.Values, kernel.Cx, kernel.Cy);
     return kernel;
 }
 
@@ -100,6 +101,16 @@ int32_t CBorder::GetKernel(std::shared_ptr<const BorderKernel>* kernel, float ra
 }
 
 void CBorder::DilateMask(const CoverageMask& mask, CoverageMask& destination, const BorderKernel& kernel) {
+    Dilator* const dilate = BestDilator();
+    const bool isWhole = destination.Width == mask.Width + 2 * kernel.Cx &&
+                         destination.Height == mask.Height + 2 * kernel.Cy && mask.Width > 0 && mask.Height > 0;
+    if (dilate == nullptr || !isWhole || kernel.Cx < 1 || kernel.Cy < 1) {
+        return DilateMaskPlain(mask, destination, kernel);
+    }
+    DilateByPlan(mask, destination, kernel.Plan, dilate);
+}
+
+void CBorder::DilateMaskPlain(const CoverageMask& mask, CoverageMask& destination, const BorderKernel& kernel) {
     std::ranges::fill(destination.Bytes, uint8_t{0});
     if (kernel.Cx < 1 || kernel.Cy < 1) {
         return CombineAt(destination, mask, kernel.Cx, kernel.Cy, [](uint8_t, uint8_t in) { return in; });

@@ -1,0 +1,168 @@
+// Compiled once for each width of vectors.
+#include "render/kernels/dilation_kernels.h"
+
+#include <algorithm>
+#include <utility>
+
+// The two lines that Highway includes this file again by.
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "render/kernels/dilation_kernels.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include "render/kernels/vector_targets.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace captionfx::HWY_NAMESPACE {
+namespace {
+
+#if HWY_TARGET == HWY_SCALAR
+
+Dilator* Dilation() {
+    return nullptr;
+}
+
+#else
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+using Lanes8 = hn::ScalableTag<uint8_t>;
+using Bytes = hn::Vec<Lanes8>;
+
+constexpr Lanes8 d8;
+
+HWY_INLINE ptrdiff_t LaneCount() {
+    return static_cast<ptrdiff_t>(hn::Lanes(d8));
+}
+
+/// Keeps the levels of the pixels that lie above a neighbour, and fills the inner ones in the dilation.
+void FindEdges(const DilationJob& job) {
+    const Bytes zero = hn::Zero(d8), full = hn::Set(d8, 255);
+    uint8_t* const inner = job.Out + job.Plan.Cy * job.Pitch;
+    for (ptrdiff_t i = 0; i < job.Rows * job.Pitch; i += LaneCount()) {
+        const uint8_t* const at = job.Levels + i;
+        const Bytes level = hn::LoadU(d8, at);
+        const Bytes beside = hn::Min(hn::LoadU(d8, at - 1), hn::LoadU(d8, at + 1));
+        const Bytes along = hn::Min(hn::LoadU(d8, at - job.Pitch), hn::LoadU(d8, at + job.Pitch));
+        const auto isEdge = hn::Lt(hn::Min(beside, along), level);
+        hn::StoreU(hn::IfThenElseZero(isEdge, level), d8, job.Edges + i);
+        hn::StoreU(hn::IfThenZeroElse(hn::Or(isEdge, hn::Eq(level, zero)), full), d8, inner + i);
+    }
+}
+
+/// out[i] = in[i - step] | in[i] | in[i + step]: runs that are not shorter than the step grow by it on both sides.
+HWY_INLINE void Grow(const uint8_t* in, uint8_t* out, ptrdiff_t count, ptrdiff_t step) {
+    for (ptrdiff_t i = 0; i < count; i += LaneCount()) {
+        const Bytes sides = hn::Or(hn::LoadU(d8, in + i - step), hn::LoadU(d8, in + i + step));
+        hn::StoreU(hn::Or(sides, hn::LoadU(d8, in + i)), d8, out + i);
+    }
+}
+
+HWY_INLINE void OrInto(uint8_t* out, const uint8_t* in, ptrdiff_t count) {
+    for (ptrdiff_t i = 0; i < count; i += LaneCount()) {
+        hn::StoreU(hn::Or(hn::LoadU(d8, out + i), hn::LoadU(d8, in + i)), d8, out + i);
+    }
+}
+
+/// Any edge under a full position makes a full pixel, whatever its level.
+void AddRuns(const DilationJob& job) {
+    const Bytes zero = hn::Zero(d8), full = hn::Set(d8, 255);
+    for (int32_t top = 0; top < job.Rows; top += job.BlockRows) {
+        const ptrdiff_t count = std::min(job.BlockRows, job.Rows - top) * job.Pitch;
+        const uint8_t* const edges = job.Edges + top * job.Pitch;
+        uint8_t *grown = job.Grown, *growing = job.Growing;
+        for (ptrdiff_t i = 0; i < count; i += LaneCount()) {
+            const auto isClear = hn::Eq(hn::LoadU(d8, edges + i), zero);
+            hn::StoreU(hn::IfThenZeroElse(isClear, full), d8, grown + i);
+        }
+        // The last vector may have taken in edges of the next block, and a last block is shorter than those before.
+        std::fill_n(grown + count, job.Pitch + kDilationSlack, uint8_t{0});
+        std::fill_n(growing + count, job.Pitch + kDilationSlack, uint8_t{0});
+        int32_t half = 0;
+        for (const DilationPlan::Run& run : job.Plan.Runs) {
+            while (half < run.Half) {
+                const int32_t step = std::min(run.Half - half, 2 * half + 1);
+                Grow(grown, growing, count, step);
+                std::swap(grown, growing);
+                half += step;
+            }
+            OrInto(job.Out + (top + run.Y) * job.Pitch + run.X - job.Plan.Cx, grown, count);
+        }
+    }
+}
+
+/// The largest of the levels that lie `tap` to `endTap` from `edges`, with their weight.
+HWY_INLINE Bytes Weighted(int32_t weight, const ptrdiff_t* tap, const ptrdiff_t* endTap, const uint8_t* edges) {
+    Bytes level = hn::LoadU(d8, edges + *tap);
+    while (++tap != endTap) level = hn::Max(level, hn::LoadU(d8, edges + *tap));
+    if (weight < 0) return hn::SaturatedSub(level, hn::Set(d8, static_cast<uint8_t>(-weight)));
+    const Bytes raised = hn::SaturatedAdd(level, hn::Set(d8, static_cast<uint8_t>(weight)));
+    return hn::IfThenZeroElse(hn::Eq(level, hn::Zero(d8)), raised);  // where no edge is, nothing is raised
+}
+
+HWY_INLINE bool IsFull(Bytes bytes) {
+    return hn::AllTrue(d8, hn::Eq(bytes, hn::Set(d8, 255)));
+}
+
+/// Whole vectors that are full already, most of a wide border, are left at once.
+void AddRim(const DilationJob& job) {
+    const DilationPlan& plan = job.Plan;
+    const ptrdiff_t count = (job.Rows + 2 * ptrdiff_t{plan.Cy}) * job.Pitch;
+    for (ptrdiff_t i = 0; i < count; i += LaneCount()) {
+        Bytes out = hn::LoadU(d8, job.Out + i);
+        const ptrdiff_t firstRow = i / job.Pitch, lastRow = (i + LaneCount() - 1) / job.Pitch;
+        size_t group = 0, tap = 0;
+        for (const DilationPlan::Band& band : plan.Bands) {
+            if (IsFull(out) || lastRow < band.FirstRow) break;
+            if (firstRow - (band.EndRow - 1) >= job.Rows) {
+                group = band.EndGroup;
+                tap = group == 0 ? 0 : plan.Groups[group - 1].EndTap;
+                continue;
+            }
+            for (; group < band.EndGroup; ++group) {
+                const size_t endTap = plan.Groups[group].EndTap;
+                out = hn::Max(
+                    out, Weighted(plan.Groups[group].Weight, job.Offsets + tap, job.Offsets + endTap, job.Edges + i));
+                tap = endTap;
+            }
+        }
+        hn::StoreU(out, d8, job.Out + i);
+    }
+}
+
+void Dilate(const DilationJob& job) {
+    FindEdges(job);
+    AddRuns(job);
+    AddRim(job);
+}
+
+Dilator* Dilation() {
+    return Dilate;
+}
+
+#endif
+
+}  // namespace
+}  // namespace captionfx::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace captionfx {
+
+HWY_EXPORT(Dilation);
+
+Dilator* BestDilator() {
+    static Dilator* const best = HWY_DYNAMIC_DISPATCH(Dilation)();
+    return best;
+}
+
+std::vector<Dilator*> VectorDilators() {
+    std::vector<Dilator*> all;
+    ForEachVectorTarget([&] {
+        if (Dilator* const dilate = HWY_DYNAMIC_DISPATCH(Dilation)()) all.push_back(dilate);
+    });
+    return all;
+}
+
+}  // namespace captionfx
+#endif
