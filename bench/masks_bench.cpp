@@ -1,5 +1,8 @@
 // What the masks of a border and of a soft shadow cost, plain and by vectors, in one run: the ratio is what carries
 // over to another machine.
+#include <algorithm>
+#include <cstdlib>
+
 #include <benchmark/benchmark.h>
 
 #include "render/border.h"

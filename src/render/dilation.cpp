@@ -57,7 +57,7 @@ DilationPlan MakeDilationPlan(std::span<const int16_t> values, int32_t cx, int32
             plan.Taps.insert(plan.Taps.end(), group.begin(), group.end());
             plan.Groups.push_back({weight, plan.Taps.size()});
         }
-        plan.Bands.push_back({firstRow, endRow, plan.Groups.size()});
+        plan.Bands.push_back({firstRow, endRow, plan.Groups.size(), plan.Taps.size()});
     }
     std::ranges::stable_sort(plan.Runs, {}, &DilationPlan::Run::Half);
     return plan;

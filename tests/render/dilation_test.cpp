@@ -1,6 +1,8 @@
 // The dilation by vectors against the one by stamps.
 #include "render/dilation.h"
 
+#include <algorithm>
+#include <cmath>
 #include <random>
 
 #include <gtest/gtest.h>

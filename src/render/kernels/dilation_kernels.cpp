@@ -91,42 +91,53 @@ void AddRuns(const DilationJob& job) {
     }
 }
 
-/// The largest of the levels that lie `tap` to `endTap` from `edges`, with their weight.
-HWY_INLINE Bytes Weighted(int32_t weight, const ptrdiff_t* tap, const ptrdiff_t* endTap, const uint8_t* edges) {
-    Bytes level = hn::LoadU(d8, edges + *tap);
-    while (++tap != endTap) level = hn::Max(level, hn::LoadU(d8, edges + *tap));
+/// `level` with a weight, which is the same for all its bytes.
+HWY_INLINE Bytes Weighted(Bytes level, int32_t weight) {
     if (weight < 0) return hn::SaturatedSub(level, hn::Set(d8, static_cast<uint8_t>(-weight)));
     const Bytes raised = hn::SaturatedAdd(level, hn::Set(d8, static_cast<uint8_t>(weight)));
     return hn::IfThenZeroElse(hn::Eq(level, hn::Zero(d8)), raised);  // where no edge is, nothing is raised
+}
+
+/// Raises two vectors of the dilation to the largest of the levels that lie `tap` to `endTap` from `edges`.
+HWY_INLINE void AddGroup(int32_t weight, const ptrdiff_t* tap, const ptrdiff_t* endTap, const uint8_t* edges,
+                         Bytes& first, Bytes& second) {
+    Bytes level1 = hn::LoadU(d8, edges + *tap), level2 = hn::LoadU(d8, edges + *tap + LaneCount());
+    while (++tap != endTap) {
+        level1 = hn::Max(level1, hn::LoadU(d8, edges + *tap));
+        level2 = hn::Max(level2, hn::LoadU(d8, edges + *tap + LaneCount()));
+    }
+    first = hn::Max(first, Weighted(level1, weight));
+    second = hn::Max(second, Weighted(level2, weight));
 }
 
 HWY_INLINE bool IsFull(Bytes bytes) {
     return hn::AllTrue(d8, hn::Eq(bytes, hn::Set(d8, 255)));
 }
 
-/// Whole vectors that are full already, most of a wide border, are left at once.
+/// Vectors that are full already, most of a wide border, are left at once.
 void AddRim(const DilationJob& job) {
     const DilationPlan& plan = job.Plan;
-    const ptrdiff_t count = (job.Rows + 2 * ptrdiff_t{plan.Cy}) * job.Pitch;
-    for (ptrdiff_t i = 0; i < count; i += LaneCount()) {
-        Bytes out = hn::LoadU(d8, job.Out + i);
-        const ptrdiff_t firstRow = i / job.Pitch, lastRow = (i + LaneCount() - 1) / job.Pitch;
+    const ptrdiff_t count = (job.Rows + 2 * ptrdiff_t{plan.Cy}) * job.Pitch, step = 2 * LaneCount();
+    for (ptrdiff_t i = 0; i < count; i += step) {
+        Bytes first = hn::LoadU(d8, job.Out + i), second = hn::LoadU(d8, job.Out + i + LaneCount());
+        const ptrdiff_t firstRow = i / job.Pitch, lastRow = (i + step - 1) / job.Pitch;
         size_t group = 0, tap = 0;
         for (const DilationPlan::Band& band : plan.Bands) {
-            if (IsFull(out) || lastRow < band.FirstRow) break;
+            if (IsFull(hn::And(first, second)) || lastRow < band.FirstRow) break;
             if (firstRow - (band.EndRow - 1) >= job.Rows) {
                 group = band.EndGroup;
-                tap = group == 0 ? 0 : plan.Groups[group - 1].EndTap;
+                tap = band.EndTap;
                 continue;
             }
             for (; group < band.EndGroup; ++group) {
                 const size_t endTap = plan.Groups[group].EndTap;
-                out = hn::Max(
-                    out, Weighted(plan.Groups[group].Weight, job.Offsets + tap, job.Offsets + endTap, job.Edges + i));
+                AddGroup(plan.Groups[group].Weight, job.Offsets + tap, job.Offsets + endTap, job.Edges + i, first,
+                         second);
                 tap = endTap;
             }
         }
-        hn::StoreU(out, d8, job.Out + i);
+        hn::StoreU(first, d8, job.Out + i);
+        hn::StoreU(second, d8, job.Out + i + LaneCount());
     }
 }
 

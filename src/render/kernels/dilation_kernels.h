@@ -19,11 +19,11 @@ struct DilationPlan {
         int32_t Weight;  ///< -254 to 254
         size_t EndTap;
     };
-    /// Kernel rows, FirstRow to EndRow - 1, and their groups up to EndGroup. Mask rows beyond the mask are zeros that
-    /// are there to be read, and bands keep them few.
+    /// Kernel rows, FirstRow to EndRow - 1, and their groups and taps up to EndGroup and EndTap. Mask rows beyond the
+    /// mask are zeros that are there to be read, and bands keep them few.
     struct Band {
         int32_t FirstRow, EndRow;
-        size_t EndGroup;
+        size_t EndGroup, EndTap;
     };
     struct Tap {
         int32_t X, Y;
@@ -37,7 +37,7 @@ struct DilationPlan {
 };
 
 inline constexpr int32_t kMostBandRows = 32;
-inline constexpr ptrdiff_t kDilationSlack = 64;  ///< bytes: the widest vector
+inline constexpr ptrdiff_t kDilationSlack = 128;  ///< bytes: two of the widest vectors
 
 /// Mask, edges and dilation have rows of one pitch, that of the dilation: the mask lies Cx columns from the left, so
 /// that no tap of a row leaves the row, and all loops run over rows as if they were one.
