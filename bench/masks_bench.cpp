@@ -6,6 +6,7 @@
 #include <benchmark/benchmark.h>
 
 #include "render/border.h"
+#include "render/layer_blur.h"
 
 namespace captionfx {
 namespace {
@@ -46,6 +47,24 @@ BENCHMARK_CAPTURE(Dilate, Fast, CBorder::DilateMask)
     ->Apply(LetterSizes)
     ->Args({400, 40000})  // plain: most of a minute
     ->Unit(benchmark::kMicrosecond);
+
+/// A plane of a soft edge; its size and the radius of three boxes, in hundredths of a pixel.
+void Blur(benchmark::State& state, bool isFast) {
+    const auto width = static_cast<int32_t>(state.range(0)), height = static_cast<int32_t>(state.range(1));
+    std::vector<uint8_t> plane(static_cast<size_t>(width * height));
+    for (size_t i = 0; i < plane.size(); ++i) plane[i] = static_cast<uint8_t>(i * 7);
+    const float radius = static_cast<float>(state.range(2)) / 100;
+    for (auto _ : state) {
+        BlurCoverageWith(plane.data(), width, height, width, radius, BlurKind::kThreeBoxes,
+                         isFast ? BestCoverageBlur() : nullptr);
+        benchmark::DoNotOptimize(plane.data());
+    }
+}
+void PlaneSizes(benchmark::internal::Benchmark* bench) {
+    bench->Args({80, 110, 1000})->Args({80, 110, 430})->Args({1900, 140, 1000})->Args({1900, 140, 965});
+}
+BENCHMARK_CAPTURE(Blur, Plain, false)->Apply(PlaneSizes)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(Blur, Fast, true)->Apply(PlaneSizes)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 }  // namespace captionfx
