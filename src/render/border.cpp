@@ -6,6 +6,7 @@
 
 #include "host/caption_fx.h"
 #include "platform/conversions.h"
+#include "render/kernels/mask_kernels.h"
 
 namespace captionfx {
 namespace {
@@ -63,13 +64,11 @@ bool IsEdge(const CoverageMask& mask, int32_t x, int32_t y) {
     return at[0] > at[-1] || at[0] > at[1] || at[0] > at[-mask.Width] || at[0] > at[mask.Width];
 }
 
-/// Calls combine(destination byte, mask byte) for each byte of the mask, laid at (left, top) of the destination.
+/// Calls combine(destination row, mask row, count) for each row of the mask, laid at (left, top) of the destination.
 template <class Combine>
 void CombineAt(CoverageMask& destination, const CoverageMask& mask, int32_t left, int32_t top, Combine combine) {
     for (int32_t y = 0; y < mask.Height; ++y) {
-        uint8_t* const out = destination.Row(top + y) + left;
-        const uint8_t* const in = mask.Row(y);
-        for (int32_t x = 0; x < mask.Width; ++x) out[x] = combine(out[x], in[x]);
+        combine(destination.Row(top + y) + left, mask.Row(y), static_cast<size_t>(mask.Width));
     }
 }
 
@@ -113,7 +112,8 @@ void CBorder::DilateMask(const CoverageMask& mask, CoverageMask& destination, co
 void CBorder::DilateMaskPlain(const CoverageMask& mask, CoverageMask& destination, const BorderKernel& kernel) {
     std::ranges::fill(destination.Bytes, uint8_t{0});
     if (kernel.Cx < 1 || kernel.Cy < 1) {
-        return CombineAt(destination, mask, kernel.Cx, kernel.Cy, [](uint8_t, uint8_t in) { return in; });
+        return CombineAt(destination, mask, kernel.Cx, kernel.Cy,
+                         [](uint8_t* out, const uint8_t* in, size_t count) { std::copy_n(in, count, out); });
     }
     for (int32_t y = 0; y < mask.Height; ++y) {
         for (int32_t x = 0; x < mask.Width; ++x) {
@@ -136,8 +136,7 @@ int32_t CBorder::MakeRing(const CoverageMask& mask, CoverageMask& ring, float ra
         return status;
     }
     DilateMask(mask, ring, *kernel);
-    CombineAt(ring, mask, (ring.Width - mask.Width) / 2, (ring.Height - mask.Height) / 2,
-              [](uint8_t dilated, uint8_t glyph) { return static_cast<uint8_t>(dilated - glyph); });
+    CombineAt(ring, mask, (ring.Width - mask.Width) / 2, (ring.Height - mask.Height) / 2, BestMaskKernels().TakeMask);
     return kTitleOk;
 }
 
@@ -158,8 +157,7 @@ std::optional<BorderMasks> MakeBorderMasks(const CoverageMask& mask, float radiu
     if (!ring) return std::nullopt;
     SharedBorder().MakeRing(mask, *ring, radiusX, radiusY);
     BorderMasks masks{*ring, std::move(*ring)};
-    CombineAt(masks.Dilated, mask, reachX, reachY,
-              [](uint8_t dilated, uint8_t glyph) { return static_cast<uint8_t>(std::min(dilated + glyph, 255)); });
+    CombineAt(masks.Dilated, mask, reachX, reachY, BestMaskKernels().AddMask);
     return masks;
 }
 
