@@ -151,8 +151,8 @@ bool BlurCoverageByVectors(const CoverageJob& job, CoverageBlur* blur) {
         widest = std::max(widest, step->Whole);
         steps.push_back(*step);
     }
-    const std::ptrdiff_t reach = widest + 1, length = InBlurLanes(std::max(job.Width, job.Height)) + 2 * reach;
-    std::vector<uint16_t> strips(static_cast<size_t>(2 * length * kBlurLanes));
+    const std::ptrdiff_t reach = widest + 2, length = InBlurLanes(std::max(job.Width, job.Height)) + 2 * reach;
+    std::vector<uint16_t> strips(static_cast<size_t>(2 * length * kBlurLanes), kBlurZero);
     const auto plane = std::make_unique_for_overwrite<uint16_t[]>(
         static_cast<size_t>(InBlurLanes(job.Width) * InBlurLanes(job.Height)));
     blur({.Coverage = job.Coverage,

@@ -17,7 +17,8 @@ HWY_BEFORE_NAMESPACE();
 namespace captionfx::HWY_NAMESPACE {
 namespace {
 
-#if HWY_TARGET == HWY_SCALAR
+// The order of lanes in sums of products and in what they are narrowed to is that of x86.
+#if HWY_TARGET == HWY_SCALAR || !HWY_ARCH_X86
 
 CoverageBlur* Blur() {
     return nullptr;
@@ -28,56 +29,86 @@ CoverageBlur* Blur() {
 namespace hn = hwy::HWY_NAMESPACE;
 
 // A strip is a row of kBlurLanes values for each pixel along the direction of the blur. Boxes run over it in vectors of
-// 32-bit lanes; squares are turned in vectors of 16 bytes.
-using Lanes32 = hn::CappedTag<uint32_t, kBlurLanes>;
-using Lanes16 = hn::Rebind<uint16_t, Lanes32>;
+// 16-bit lanes, whose sums are two vectors of 32; squares are turned in vectors of 16 bytes.
+using Lanes16 = hn::CappedTag<int16_t, kBlurLanes>;
+using Lanes32 = hn::RepartitionToWide<Lanes16>;
+using LanesU32 = hn::RebindToUnsigned<Lanes32>;
 using Lanes64 = hn::Repartition<uint64_t, Lanes32>;
-using LanesI32 = hn::RebindToSigned<Lanes32>;
-using Values = hn::Vec<Lanes32>;
+using Values = hn::Vec<Lanes16>;
+using Sums = hn::Vec<Lanes32>;
 using Square8 = hn::FixedTag<uint8_t, 16>;
 using Square16 = hn::FixedTag<uint16_t, 8>;
 
-HWY_INLINE Values Quotient(Values n, Values multiplier, int shift) {
-    const Lanes32 d32;
+struct Division {
+    hn::Vec<LanesU32> Multiplier;
+    hn::Vec<Lanes64> EvenShift, OddShift;  // of the even lanes down to theirs, and of the odd ones within theirs
+};
+
+/// The quotients, less 2^15.
+HWY_INLINE Sums Quotient(Sums sums, const Division& by) {
+    const LanesU32 d32;
     const Lanes64 d64;
-    const auto even = hn::MulEven(n, multiplier);
-    const auto odd = hn::MulEven(hn::BitCast(d32, hn::ShiftRight<32>(hn::BitCast(d64, n))), multiplier);
-    const Values high = hn::OddEven(hn::BitCast(d32, odd), hn::BitCast(d32, hn::ShiftRight<32>(even)));
-    return hn::ShiftRightSame(high, shift);
+    const auto n = hn::BitCast(d32, sums);
+    const auto odd = hn::MulEven(hn::BitCast(d32, hn::ShiftRight<32>(hn::BitCast(d64, n))), by.Multiplier);
+    const auto even = hn::Shr(hn::MulEven(n, by.Multiplier), by.EvenShift);
+    const auto both = hn::OddEven(hn::BitCast(d32, hn::Shr(odd, by.OddShift)), hn::BitCast(d32, even));
+    return hn::Sub(hn::BitCast(Lanes32(), both), hn::Set(Lanes32(), 1 << 15));
 }
 
-template <bool kHasEdges>
-HWY_INLINE void RunBox(const uint16_t* in, uint16_t* out, ptrdiff_t length, const BoxStep& box) {
-    const Lanes32 d32;
+/// Adds weighted pairs of `a` and `b` to two vectors of sums.
+HWY_INLINE void AddPairs(Values a, Values b, Values weights, Sums& lower, Sums& upper) {
     const Lanes16 d16;
-    const auto at = [&](const uint16_t* values) HWY_ATTR { return hn::PromoteTo(d32, hn::LoadU(d16, values)); };
-    const Values multiplier = hn::Set(d32, box.Multiplier), half = hn::Set(d32, box.HalfWeight),
-                 edgeWeight = hn::Set(d32, box.EdgeWeight), halfOfHalf = hn::Set(d32, box.HalfWeight >> 1U);
-    const ptrdiff_t whole = box.Whole * kBlurLanes;
-    Values sum = hn::Zero(d32);
-    for (ptrdiff_t i = 0; i < whole; i += kBlurLanes) sum = hn::Add(sum, at(in + i));
-    for (ptrdiff_t i = 0; i < length * kBlurLanes; i += kBlurLanes) {
-        sum = hn::Add(sum, at(in + i + whole));
-        Values rounding = halfOfHalf;
-        if constexpr (kHasEdges) {
-            const Values edges = hn::Add(at(in + i - whole - kBlurLanes), at(in + i + whole + kBlurLanes));
-            rounding = hn::ShiftRight<1>(hn::Add(hn::Mul(edges, edgeWeight), half));
-        }
-        const Values mean = Quotient(hn::Add(hn::ShiftLeft<7>(sum), rounding), multiplier, box.Shift);
-        hn::StoreU(hn::DemoteTo(d16, hn::BitCast(LanesI32(), mean)), d16, out + i);
-        sum = hn::Sub(sum, at(in + i - whole));
+    const Lanes32 d32;
+    Sums none = hn::Zero(d32);
+    lower = hn::ReorderWidenMulAccumulate(d32, hn::InterleaveLower(d16, a, b), weights, lower, none);
+    upper = hn::ReorderWidenMulAccumulate(d32, hn::InterleaveUpper(d16, a, b), weights, upper, none);
+}
+
+/// From one pixel to the next the sum changes by 256 - EdgeWeight times the pixel that becomes whole at the front and
+/// EdgeWeight times the one after it, less the same of the two at the back.
+HWY_INLINE void RunBox(const uint16_t* in, uint16_t* out, ptrdiff_t length, const BoxStep& box) {
+    const Lanes16 d16;
+    const Lanes32 d32;
+    const Lanes64 d64;
+    const auto row = [&](ptrdiff_t x)
+                         HWY_ATTR { return hn::LoadU(d16, reinterpret_cast<const int16_t*>(in) + x * kBlurLanes); };
+    const auto edge = static_cast<int32_t>(box.EdgeWeight), inner = 256 - edge;
+    const auto pairs = [&](int32_t first, int32_t second)
+                           HWY_ATTR { return hn::BitCast(d16, hn::Set(d32, (first & 0xFFFF) | second * 65536)); };
+    const Values front = pairs(inner, edge), back = pairs(-inner, -edge);
+    const Division division{hn::Set(LanesU32(), box.Multiplier), hn::Set(d64, 32 + box.Shift), hn::Set(d64, box.Shift)};
+    Sums lower = hn::Set(d32, static_cast<int32_t>(box.Weight / 2)), upper = lower;
+    const ptrdiff_t whole = box.Whole;
+    Values ahead = row(-1), behind = ahead;
+    const auto moveFront = [&](ptrdiff_t next) HWY_ATTR {
+        const Values entering = ahead;
+        ahead = row(next);
+        AddPairs(entering, ahead, front, lower, upper);
+    };
+    const auto moveBack = [&](ptrdiff_t last) HWY_ATTR {
+        const Values leaving = row(last);
+        AddPairs(leaving, behind, back, lower, upper);
+        behind = leaving;
+    };
+    // From where the window lies before the row.
+    for (ptrdiff_t x = 0; x <= whole + 1; ++x) {
+        moveFront(x);
+        moveBack(-1);
+    }
+    behind = row(-whole - 1);
+    for (ptrdiff_t x = 0; x < length; ++x) {
+        const Values mean = hn::ReorderDemote2To(d16, Quotient(lower, division), Quotient(upper, division));
+        hn::StoreU(mean, d16, reinterpret_cast<int16_t*>(out) + x * kBlurLanes);
+        moveFront(x + whole + 2);
+        moveBack(x - whole);
     }
 }
 
 /// The strip that holds the result is the first one afterwards.
 void RunBoxes(uint16_t*& strip, uint16_t*& other, ptrdiff_t length, std::span<const BoxStep> boxes) {
     for (const BoxStep& box : boxes) {
-        for (ptrdiff_t lane = 0; lane < kBlurLanes; lane += static_cast<ptrdiff_t>(hn::Lanes(Lanes32()))) {
-            if (box.EdgeWeight == 0) {
-                RunBox<false>(strip + lane, other + lane, length, box);
-            } else {
-                RunBox<true>(strip + lane, other + lane, length, box);
-            }
+        for (ptrdiff_t lane = 0; lane < kBlurLanes; lane += static_cast<ptrdiff_t>(hn::Lanes(Lanes16()))) {
+            RunBox(strip + lane, other + lane, length, box);
         }
         std::swap(strip, other);
     }
@@ -96,28 +127,32 @@ HWY_INLINE void Turn(Tag tag, hn::Vec<Tag>* rows) {
     }
 }
 
+constexpr int32_t kSquare = 16;
+
 /// Sixteen pixels of each of sixteen rows become rows of a strip; what lies beyond the picture is 0.
 void LoadSquare(const BlurJob& job, int32_t left, int32_t top, uint16_t* strip) {
     const Square8 d8;
-    const int32_t columns = std::min<int32_t>(kBlurLanes, job.Width - left);
-    const int32_t rowCount = std::min<int32_t>(kBlurLanes, job.Height - top);
-    hn::Vec<Square8> rows[kBlurLanes];
-    for (int32_t y = 0; y < kBlurLanes; ++y) {
-        const uint8_t* const row = job.Coverage + (top + std::min(y, rowCount - 1)) * job.Pitch + left;
-        HWY_ALIGN uint8_t part[kBlurLanes] = {};
-        if (columns < kBlurLanes) std::copy_n(row, columns, part);
-        rows[y] = y < rowCount ? hn::LoadU(d8, columns < kBlurLanes ? part : row) : hn::Zero(d8);
+    const int32_t columns = std::min(kSquare, job.Width - left), rowCount = std::min(kSquare, job.Height - top);
+    hn::Vec<Square8> rows[kSquare];
+    for (int32_t y = 0; y < kSquare; ++y) {
+        HWY_ALIGN uint8_t part[kSquare] = {};
+        const uint8_t* row = part;
+        if (y < rowCount && columns > 0) {
+            row = job.Coverage + (top + y) * job.Pitch + left;
+            if (columns < kSquare) row = std::copy_n(row, columns, part) - columns;
+        }
+        rows[y] = hn::Xor(hn::LoadU(d8, row), hn::Set(d8, kBlurZero >> 8U));
     }
-    Turn<kBlurLanes>(d8, rows);
+    Turn<kSquare>(d8, rows);
     const Square16 d16;
-    for (ptrdiff_t x = 0; x < kBlurLanes; ++x) {
+    for (ptrdiff_t x = 0; x < kSquare; ++x) {
         uint16_t* const out = strip + x * kBlurLanes;
         hn::StoreU(hn::BitCast(d16, hn::InterleaveLower(d8, hn::Zero(d8), rows[x])), d16, out);
         hn::StoreU(hn::BitCast(d16, hn::InterleaveUpper(d8, hn::Zero(d8), rows[x])), d16, out + 8);
     }
 }
 
-/// Eight rows of a strip, from one of its halves, become eight columns of the plane.
+/// Eight values of each of eight rows of a strip become eight columns of the plane.
 HWY_INLINE void StoreSquare(const uint16_t* strip, uint16_t* plane, ptrdiff_t pitch) {
     const Square16 d16;
     hn::Vec<Square16> rows[8];
@@ -130,7 +165,9 @@ void BlurAlongRows(const BlurJob& job) {
     const ptrdiff_t pitch = InBlurLanes(job.Width);
     uint16_t *strip = job.Strip, *other = job.OtherStrip;
     for (int32_t top = 0; top < job.Height; top += kBlurLanes) {
-        for (int32_t x = 0; x < job.Width; x += kBlurLanes) LoadSquare(job, x, top, strip + x * kBlurLanes);
+        for (int32_t x = 0; x < pitch; x += kSquare) {
+            for (int32_t y = 0; y < kBlurLanes; y += kSquare) LoadSquare(job, x, top + y, strip + x * kBlurLanes + y);
+        }
         RunBoxes(strip, other, job.Width, job.Boxes);
         for (ptrdiff_t x = 0; x < pitch; x += 8) {
             for (ptrdiff_t y = 0; y < kBlurLanes; y += 8) {
@@ -140,12 +177,12 @@ void BlurAlongRows(const BlurJob& job) {
     }
 }
 
-/// Sixteen values, rounded to bytes.
+/// A row of a strip, rounded to bytes.
 HWY_INLINE void StoreRounded(const uint16_t* values, uint8_t* out) {
     const Square16 d16;
     const hn::Rebind<uint8_t, Square16> d8;
     for (int i = 0; i < kBlurLanes; i += 8) {
-        const auto rounded = hn::ShiftRight<8>(hn::Add(hn::LoadU(d16, values + i), hn::Set(d16, 128)));
+        const auto rounded = hn::ShiftRight<8>(hn::Add(hn::LoadU(d16, values + i), hn::Set(d16, kBlurZero + 128)));
         hn::StoreU(hn::DemoteTo(d8, hn::BitCast(hn::RebindToSigned<Square16>(), rounded)), d8, out + i);
     }
 }
@@ -173,7 +210,7 @@ void BlurPlane(const BlurJob& job) {
     // Where strips of the other length ended, zeros again.
     for (uint16_t* const strip : {job.Strip, job.OtherStrip}) {
         std::fill(strip + job.Height * kBlurLanes,
-                  strip + (InBlurLanes(std::max(job.Width, job.Height)) + job.Reach) * kBlurLanes, uint16_t{0});
+                  strip + (InBlurLanes(std::max(job.Width, job.Height)) + job.Reach) * kBlurLanes, kBlurZero);
     }
     BlurAlongColumns(job);
 }
@@ -194,18 +231,18 @@ namespace captionfx {
 HWY_EXPORT(Blur);
 
 std::optional<BoxStep> MakeBoxStep(int64_t whole, uint32_t edgeWeight) {
-    constexpr int64_t kMostWhole = 127;
+    constexpr int64_t kMostWhole = 63;
     constexpr uint64_t kLargest = 255U << 8U;
     if (whole > kMostWhole || (whole == 0 && edgeWeight == 0)) return std::nullopt;
-    const uint64_t half = 128 * static_cast<uint64_t>(2 * whole + 1) + edgeWeight;
-    // The largest shift with which the multiplier has 32 bits. It exceeds 2^(32 + shift) / half by less than 1, and the
-    // product is exact while that, times half, times the dividend, stays below 2^(32 + shift).
-    const auto shift = static_cast<uint32_t>(std::bit_width(half - 1)) - 1;
-    const uint64_t power = uint64_t{1} << (32 + shift), multiplier = power / half + 1;
-    const uint64_t largest = kLargest * half + half / 2;
-    if ((multiplier * half - power) * largest >= power) return std::nullopt;
-    return BoxStep{static_cast<int32_t>(whole), edgeWeight, static_cast<uint32_t>(half),
-                   static_cast<uint32_t>(multiplier), static_cast<int32_t>(shift)};
+    const uint64_t weight = 256 * static_cast<uint64_t>(2 * whole + 1) + 2 * uint64_t{edgeWeight};
+    // The largest shift with which the multiplier has 32 bits. It exceeds 2^(32 + shift) / weight by less than 1, and
+    // the product is exact while that, times the weight, times the dividend, stays below 2^(32 + shift).
+    const auto shift = static_cast<uint32_t>(std::bit_width(weight - 1)) - 1;
+    const uint64_t power = uint64_t{1} << (32 + shift), multiplier = power / weight + 1;
+    const uint64_t largest = kLargest * weight + weight / 2;
+    if ((multiplier * weight - power) * largest >= power) return std::nullopt;
+    return BoxStep{static_cast<int32_t>(whole), edgeWeight, static_cast<uint32_t>(weight),
+                   static_cast<uint32_t>(multiplier), shift};
 }
 
 CoverageBlur* BestCoverageBlur() {

@@ -10,20 +10,18 @@
 
 namespace captionfx {
 
-/// A box in 32 bits. Of a window, `sum` of its whole pixels and `edges` of the two at its ends, the mean is rounded:
-/// floor(halfOf(sum, edges) / (weight / 2)), which is one multiplication, as ExactDivider explains.
+/// A box in 32 bits: the mean of a window is its sum, 256 times that of its whole pixels and EdgeWeight times the two
+/// at its ends, and half the weight, divided by the weight. One multiplication does it, as ExactDivider explains.
 struct BoxStep {
-    int32_t Whole;        ///< pixels to each side, at most 127
-    uint32_t EdgeWeight;  ///< of the next one, in parts of 256
-    uint32_t HalfWeight;  ///< of the whole box: 128 (2 Whole + 1) + EdgeWeight
+    int32_t Whole;        ///< pixels to each side, at most 63
+    uint32_t EdgeWeight;  ///< of the next one, 0 to 255
+    uint32_t Weight;      ///< of the whole box: 256 (2 Whole + 1) + 2 EdgeWeight
     uint32_t Multiplier;
-    int32_t Shift;
+    uint32_t Shift;
 
-    [[nodiscard]] uint32_t Mean(uint32_t sum, uint32_t edges) const {
-        return Quotient((sum << 7U) + ((edges * EdgeWeight + HalfWeight) >> 1U));
-    }
+    /// floor(n / Weight)
     [[nodiscard]] uint32_t Quotient(uint32_t n) const {
-        return static_cast<uint32_t>((uint64_t{n} * Multiplier) >> 32U) >> static_cast<uint32_t>(Shift);
+        return static_cast<uint32_t>((uint64_t{n} * Multiplier) >> (32U + Shift));
     }
 };
 
@@ -31,7 +29,10 @@ struct BoxStep {
 [[nodiscard]] std::optional<BoxStep> MakeBoxStep(int64_t whole, uint32_t edgeWeight);
 
 /// So many rows or columns are blurred at once, side by side.
-inline constexpr ptrdiff_t kBlurLanes = 16;
+inline constexpr ptrdiff_t kBlurLanes = 32;
+
+/// Values are kept less 2^15, so that signed multiplications take them: this is 0.
+inline constexpr uint16_t kBlurZero = 0x8000;
 
 /// A whole number of strips.
 [[nodiscard]] constexpr ptrdiff_t InBlurLanes(ptrdiff_t count) {
@@ -44,8 +45,8 @@ struct BlurJob {
     ptrdiff_t Pitch;
     std::span<const BoxStep> Boxes;
     uint16_t* Plane;  ///< InBlurLanes(Width) by InBlurLanes(Height), of any content
-    /// Two strips, all 0: InBlurLanes of the longer side times kBlurLanes, and so many rows of zeros around them as the
-    /// widest box reaches, rounded up.
+    /// Two strips, all kBlurZero: InBlurLanes of the longer side rows of kBlurLanes, and `Reach` rows to both sides,
+    /// two more than the widest box has pixels.
     uint16_t *Strip, *OtherStrip;
     ptrdiff_t Reach;
 };
