@@ -42,6 +42,13 @@ BorderKernel BuildKernel(float radiusX, float radiusY) {
     return kernel;
 }
 
+/// What a kernel takes in the cache, in values of two bytes.
+size_t CacheShare(const BorderKernel& kernel) {
+    return kernel.Values.size() +
+           (kernel.Plan.Taps.size() * sizeof(DilationPlan::Tap) + kernel.Plan.Runs.size() * sizeof(DilationPlan::Run)) /
+               sizeof(int16_t);
+}
+
 /// Raises the destination around (x, y) of the mask to kernel + `level`, at most 255.
 void Stamp(CoverageMask& destination, const BorderKernel& kernel, int32_t x, int32_t y, int32_t level) {
     const int32_t firstX = std::max(0, x), endX = std::min(destination.Width, x + 2 * kernel.Cx + 1);
@@ -90,12 +97,12 @@ int32_t CBorder::GetKernel(std::shared_ptr<const BorderKernel>* kernel, float ra
         return kTitleOk;
     }
     *kernel = std::make_shared<const BorderKernel>(BuildKernel(radiusX, radiusY));
-    if (cachedValues_ + (*kernel)->Values.size() > kMostCachedValues) {
+    if (cachedValues_ + CacheShare(**kernel) > kMostCachedValues) {
         kernels_.clear();
         cachedValues_ = 0;
     }
     kernels_.emplace(std::pair(radiusX, radiusY), *kernel);
-    cachedValues_ += (*kernel)->Values.size();
+    cachedValues_ += CacheShare(**kernel);
     return kTitleOk;
 }
 

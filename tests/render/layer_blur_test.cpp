@@ -168,6 +168,12 @@ TEST(LayerBlurTest, RadiiThatBlurNothing) {
     BlurLayer(pixels.data(), 2, 1, std::numeric_limits<float>::infinity(), BlurKind::kThreeBoxes);
     BlurLayer(nullptr, 2, 1, 3, BlurKind::kThreeBoxes);
     BlurLayer(pixels.data(), 0, 1, 3, BlurKind::kThreeBoxes);
+    uint8_t coverage[] = {0, 255, 3};
+    for (const float radius : {0.0F, -3.0F, std::numeric_limits<float>::quiet_NaN()}) {
+        BlurCoverage(coverage, 3, 1, 3, radius, BlurKind::kOneBox);
+        EXPECT_EQ(coverage[1], 255);
+    }
+    BlurCoverage(nullptr, 2, 1, 2, 3, BlurKind::kThreeBoxes);
 }
 
 }  // namespace
