@@ -38,7 +38,9 @@ DilationPlan MakeDilationPlan(std::span<const int16_t> values, int32_t cx, int32
     plan.Cx = cx;
     plan.Cy = cy;
     const int32_t columns = 2 * cx + 1, rows = 2 * cy + 1;
-    const auto at = [&](int32_t x, int32_t y) { return int32_t{values[static_cast<size_t>(y * columns + x)]}; };
+    const auto at = [&](int32_t x, int32_t y) {
+        return int32_t{values[static_cast<size_t>(y) * static_cast<size_t>(columns) + static_cast<size_t>(x)]};
+    };
     for (int32_t firstRow = 0; firstRow < rows; firstRow += kMostBandRows) {
         const int32_t endRow = std::min(firstRow + kMostBandRows, rows);
         std::map<int32_t, std::vector<DilationPlan::Tap>> taps;

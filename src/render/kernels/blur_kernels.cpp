@@ -7,7 +7,7 @@
 
 // The two lines that Highway includes this file again by.
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "render/kernels/blur_kernels.cpp"
+#define HWY_TARGET_INCLUDE "render/kernels/blur_kernels.cpp"  // NOLINT(cppcoreguidelines-macro-usage): Highway's
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
