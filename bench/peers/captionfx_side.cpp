@@ -14,12 +14,14 @@ public:
         if (scene.firstProgress != scene.lastProgress) SetKeyframes(*title_, scene);
     }
 
-    /// A fresh shadow is one of another blur: the text is entered anew for each frame.
+    /// A fresh shadow is one that no frame before had: of another blur and strength, and for each frame the text is
+    /// entered anew.
     void Prepare(double moment) override {
         moment_ = static_cast<float>(moment);
         if (scene_.motion != Motion::kFreshShadow) return;
         isWider_ = !isWider_;
-        SetShadowBlur(*title_, kWideShadowBlur + (isWider_ ? 1 : 0));
+        strength_ = (strength_ + 7) % kStrengths;
+        SetShadow(*title_, kWideShadowBlur + (isWider_ ? 1 : 0), kShadowAlpha - kStrengths / 2 + strength_);
         title_->ClearString(0);
         title_->InsertText(0, 0, JoinedText(scene_).c_str());
     }
@@ -30,6 +32,8 @@ private:
     const Scene& scene_;
     TitleHandle title_;
     float moment_ = 0;
+    static constexpr int32_t kStrengths = 61;  // more frames apart than any cache of layers reaches
+    int32_t strength_ = kStrengths / 2;
     bool isWider_ = true;  // the first moment has the blur that the scene names
 };
 

@@ -205,6 +205,7 @@ int32_t RenderFrame(const FrameTitle& title, uint32_t* destination, float time) 
         string.DrawnRect = {};
         if (!string.StringPlanes.Block) return kTitleOutOfMemory;
     }
+    title.Cache.Glyphs.BeginFrame();
     RefreshCachedLayers(title);
 
     const TitleRect clip = Intersection(title.Settings.ClipRect, title.Frame());
@@ -231,6 +232,7 @@ void FlushRenderCaches(const FrameTitle& title) {
     }
     title.Cache.FreeSavedFrame();
     title.Cache.Planes.Clear();
+    title.Cache.Glyphs.Clear();
     SharedBorder().ClearKernels();
     title.Pool.ClearIdleThreads();
 }

@@ -11,6 +11,7 @@
 #include "platform/page_memory.h"
 #include "render/band_planes.h"
 #include "render/frame_workers.h"
+#include "render/glyph_caches.h"
 #include "render/glyph_raster.h"
 #include "render/image_utility.h"
 #include "render/kernels/row_kernels.h"
@@ -26,6 +27,7 @@ struct FrameCache {
         false};  ///< In this frame memory was too short for a character: it must not be kept.
     std::unique_ptr<uint32_t[]> SavedFrame;  ///< The last string of a frame at rest, colour multiplied by alpha.
     BandPlanes Planes;
+    GlyphCaches Glyphs;
 
     void FreeSavedFrame() {
         SavedFrame.reset();
@@ -50,6 +52,9 @@ struct FrameTitle {
     [[nodiscard]] const RowKernels& Kernels() const { return HasBuiltInOps() ? BestRowKernels() : PlainRowKernels(); }
     [[nodiscard]] GlyphSettings Glyphs() const {
         return {Fonts, Settings, VerticalTitle, HasBuiltInOps() ? LayerForm::kCoverage : LayerForm::kPixels};
+    }
+    [[nodiscard]] CacheAccess CachesFor(CacheUse use) const {
+        return {.Caches = HasBuiltInOps() ? &Cache.Glyphs : nullptr, .Use = use};
     }
     [[nodiscard]] TitleRect Frame() const { return {0, 0, Settings.Width, Settings.Height}; }
 

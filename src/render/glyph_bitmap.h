@@ -14,7 +14,7 @@ enum class LayerForm { kPixels, kCoverage };
 
 /// A picture, as 32-bit pixels or, of one colour, as coverage. Without either the layer is absent.
 struct GlyphBitmap {
-    std::unique_ptr<uint32_t[]> Pixels;  ///< Straight alpha, row pitch Width times 4.
+    std::shared_ptr<uint32_t[]> Pixels;  ///< Straight alpha, row pitch Width times 4. Once built, they are only read.
     int32_t Width = 0, Height = 0;
     float X = 0, Y = 0;  ///< Upper left corner from the character's position, pixels.
     std::shared_ptr<const CoverageLayer> Coverage{};
@@ -26,6 +26,10 @@ struct GlyphBitmap {
         Coverage.reset();
     }
 
+    /// Bytes of memory that it takes.
+    [[nodiscard]] size_t Size() const {
+        return Pixels ? PixelCount() * sizeof(uint32_t) : (Coverage ? Coverage->Size() : 0);
+    }
     [[nodiscard]] size_t PixelCount() const { return static_cast<size_t>(Width) * static_cast<size_t>(Height); }
 };
 
@@ -39,6 +43,7 @@ struct GlyphLayers {
     GlyphBitmap Face, Border, Shadow;
     uint8_t DirtyMask = kAllLayersDirty;
 
+    [[nodiscard]] size_t Size() const { return Face.Size() + Border.Size() + Shadow.Size(); }
     void FreePixels() {
         Face.Free();
         Border.Free();

@@ -1,6 +1,8 @@
 #include "render/glyph_layers.h"
 
+#include <memory>
 #include <new>
+#include <utility>
 
 #include "render/layers.h"
 
@@ -37,38 +39,142 @@ GlyphBitmap LayerAt(float x, float y) {
     return layer;
 }
 
-void BuildDirtyLayers(const GlyphSettings& settings, ImageUtilityOps& ops, const MetaString& string,
-                      const MetaCharacter& character, const RasterizedGlyph& glyph, GlyphLayers& layers) {
-    const MetaFont& font = At(string.Fonts, character.FontIndex);
-    const MetaBorder& border = At(string.Borders, character.BorderIndex);
-    const MetaShadow& shadow = At(string.Shadows, character.ShadowIndex);
-    const LayerSettings layerSettings{settings.Render, ops, font.SizeRatio, settings.Form};
-    const auto [x, y] = PositionOf(string, font, settings.Render.ScaleY, glyph);
+/// One character's build: its records and what it asks the caches for.
+class CharacterBuild {
+public:
+    CharacterBuild(const GlyphSettings& settings, ImageUtilityOps& ops, const MetaString& string, int32_t character,
+                   const GlyphTransform& transform, CacheAccess access)
+        : settings_(settings),
+          ops_(ops),
+          string_(string),
+          character_(At(string.Characters, character)),
+          font_(At(string.Fonts, character_.FontIndex)),
+          face_(At(string.Faces, character_.FaceIndex)),
+          border_(At(string.Borders, character_.BorderIndex)),
+          shadow_(At(string.Shadows, character_.ShadowIndex)),
+          transform_(transform),
+          access_(access) {}
 
-    const BorderRadii radii = BorderRadiiOf(border, font, settings.Render, character.WidthScale);
-    const auto reachX = static_cast<float>(ReachOf(radii.X)), reachY = static_cast<float>(ReachOf(radii.Y));
-    const bool needsMasks = ((layers.DirtyMask & kBorderDirty) != 0 && border.Enable != 0 && border.Size >= 0) ||
-                            ((layers.DirtyMask & kShadowDirty) != 0 && shadow.EnableBorder != 0);
-    const std::optional<BorderMasks> masks = needsMasks ? MakeBorderMasks(glyph.Mask, radii.X, radii.Y) : BorderMasks{};
-    if ((layers.DirtyMask & kShadowDirty) != 0) {
-        const bool isBorderCast = shadow.EnableBorder != 0;
-        layers.Shadow = isBorderCast ? LayerAt(x - reachX, y - reachY) : LayerAt(x, y);
-        if (masks) BuildShadowLayer(layerSettings, layers.Shadow, glyph.Mask, *masks, shadow);
+    /// Returns whether there is a shape.
+    bool Run(GlyphLayers& layers) const {
+        const bool isWhole = layers.DirtyMask == kAllLayersDirty;
+        const MaskKey maskKey = MaskKeyOf(layers.DirtyMask);
+        if (access_.Caches == nullptr || !isWhole) return Build(layers, maskKey);
+        const LayerKey key = LayerKeyOf(maskKey);
+        if (const auto known = access_.Caches->Layers.Find(key)) {
+            layers = *known;
+        } else {
+            Build(layers, maskKey);
+            auto built = std::make_shared<GlyphLayers>(layers);
+            const size_t bytes = sizeof *built + layers.Size();
+            access_.Caches->Layers.Insert(key, std::move(built), bytes, access_.Use);
+        }
+        return !layers.Face.IsAbsent() || !layers.Border.IsAbsent() || !layers.Shadow.IsAbsent();
     }
-    if ((layers.DirtyMask & kBorderDirty) != 0) {
-        layers.Border = LayerAt(x - reachX, y - reachY);
-        if (masks) BuildBorderLayer(layerSettings, layers.Border, masks->Ring, border);
+
+private:
+    [[nodiscard]] char16_t Unit() const { return static_cast<char16_t>(character_.Value); }
+
+    [[nodiscard]] MaskKey MaskKeyOf(uint8_t dirtyMask) const {
+        const bool needsBorder = ((dirtyMask & kBorderDirty) != 0 && border_.Enable != 0 && border_.Size >= 0) ||
+                                 ((dirtyMask & kShadowDirty) != 0 && shadow_.EnableBorder != 0);
+        const BorderRadii radii = needsBorder ? Radii() : BorderRadii{};
+        return {.LogFont = font_.LogFont,
+                .Matrix = MatrixOf(settings_, font_, Unit(), transform_),
+                .Unit = Unit(),
+                .AntialiasMode = settings_.Render.AntialiasMode,
+                .RadiusX = radii.X,
+                .RadiusY = radii.Y,
+                .HasBorder = needsBorder ? 1 : 0};
     }
-    if ((layers.DirtyMask & kFaceDirty) != 0) {
-        layers.Face = LayerAt(x, y);
-        BuildFaceLayer(layerSettings, layers.Face, glyph.Mask, At(string.Faces, character.FaceIndex));
+
+    [[nodiscard]] LayerKey LayerKeyOf(const MaskKey& masks) const {
+        return {.Masks = masks,
+                .Face = face_,
+                .Border = border_,
+                .Shadow = shadow_,
+                .PixelFormat = settings_.Render.PixelFormat,
+                .SizeRatio = font_.SizeRatio,
+                .Ascent = font_.Ascent,
+                .ScaleX = settings_.Render.ScaleX,
+                .ScaleY = settings_.Render.ScaleY,
+                .WidthScale = character_.WidthScale,
+                .RotateSin = string_.RotateSin,
+                .RotateCos = string_.RotateCos};
     }
-}
+
+    [[nodiscard]] BorderRadii Radii() const {
+        return BorderRadiiOf(border_, font_, settings_.Render, character_.WidthScale);
+    }
+
+    [[nodiscard]] std::shared_ptr<const GlyphMasks> Masks(const MaskKey& key) const {
+        if (access_.Caches != nullptr) {
+            if (auto known = access_.Caches->Masks.Find(key)) return known;
+        }
+        auto masks = std::make_shared<GlyphMasks>();
+        masks->Glyph = RasterizeGlyph(settings_, Unit(), font_, transform_);
+        if (masks->Glyph) {
+            masks->Border =
+                key.HasBorder != 0 ? MakeBorderMasks(masks->Glyph->Mask, key.RadiusX, key.RadiusY) : BorderMasks{};
+        }
+        if (access_.Caches != nullptr) access_.Caches->Masks.Insert(key, masks, SizeOf(*masks), access_.Use);
+        return masks;
+    }
+
+    static size_t SizeOf(const GlyphMasks& masks) {
+        size_t bytes = sizeof masks;
+        if (masks.Glyph) bytes += masks.Glyph->Mask.Bytes.capacity();
+        if (masks.Border) bytes += masks.Border->Ring.Bytes.capacity() + masks.Border->Dilated.Bytes.capacity();
+        return bytes;
+    }
+
+    bool Build(GlyphLayers& layers, const MaskKey& key) const {
+        const std::shared_ptr<const GlyphMasks> masks = Masks(key);
+        if (masks->Glyph) {
+            BuildDirty(layers, *masks->Glyph, masks->Border);
+        } else {
+            layers.FreePixels();
+        }
+        layers.DirtyMask = 0;
+        return masks->Glyph.has_value();
+    }
+
+    void BuildDirty(GlyphLayers& layers, const RasterizedGlyph& glyph, const std::optional<BorderMasks>& masks) const {
+        const LayerSettings layerSettings{settings_.Render, ops_, font_.SizeRatio, settings_.Form};
+        const auto [x, y] = PositionOf(string_, font_, settings_.Render.ScaleY, glyph);
+        const BorderRadii radii = Radii();
+        const auto reachX = static_cast<float>(ReachOf(radii.X)), reachY = static_cast<float>(ReachOf(radii.Y));
+        if ((layers.DirtyMask & kShadowDirty) != 0) {
+            const bool isBorderCast = shadow_.EnableBorder != 0;
+            layers.Shadow = isBorderCast ? LayerAt(x - reachX, y - reachY) : LayerAt(x, y);
+            if (masks) BuildShadowLayer(layerSettings, layers.Shadow, glyph.Mask, *masks, shadow_);
+        }
+        if ((layers.DirtyMask & kBorderDirty) != 0) {
+            layers.Border = LayerAt(x - reachX, y - reachY);
+            if (masks) BuildBorderLayer(layerSettings, layers.Border, masks->Ring, border_);
+        }
+        if ((layers.DirtyMask & kFaceDirty) != 0) {
+            layers.Face = LayerAt(x, y);
+            BuildFaceLayer(layerSettings, layers.Face, glyph.Mask, face_);
+        }
+    }
+
+    const GlyphSettings& settings_;
+    ImageUtilityOps& ops_;
+    const MetaString& string_;
+    const MetaCharacter& character_;
+    const MetaFont& font_;
+    const MetaFace& face_;
+    const MetaBorder& border_;
+    const MetaShadow& shadow_;
+    const GlyphTransform& transform_;
+    CacheAccess access_;
+};
 
 }  // namespace
 
 int32_t BuildGlyphLayers(const GlyphSettings& settings, ImageUtilityOps& ops, const MetaString& string,
-                         int32_t character, GlyphLayers& layers, const GlyphTransform& transform) {
+                         int32_t character, GlyphLayers& layers, const GlyphTransform& transform, CacheAccess access) {
     const bool isGood = IsIndexOf(string.Characters, character) && transform.ScaleX > 0 && transform.ScaleY > 0;
     if (!isGood) {
         layers.FreePixels();
@@ -76,16 +182,7 @@ int32_t BuildGlyphLayers(const GlyphSettings& settings, ImageUtilityOps& ops, co
     }
     if (layers.DirtyMask == 0) return 1;
     try {
-        const MetaCharacter& record = At(string.Characters, character);
-        const std::optional<RasterizedGlyph> glyph = RasterizeGlyph(settings, static_cast<char16_t>(record.Value),
-                                                                    At(string.Fonts, record.FontIndex), transform);
-        if (glyph) {
-            BuildDirtyLayers(settings, ops, string, record, *glyph, layers);
-        } else {
-            layers.FreePixels();
-        }
-        layers.DirtyMask = 0;
-        return glyph ? 1 : 0;
+        return CharacterBuild(settings, ops, string, character, transform, access).Run(layers) ? 1 : 0;
     } catch (const std::bad_alloc&) {
         layers.FreePixels();
         return 0;

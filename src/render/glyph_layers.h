@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/document.h"
+#include "render/glyph_caches.h"
 #include "render/glyph_raster.h"
 #include "render/image_utility_ops.h"
 
@@ -12,7 +13,10 @@ namespace captionfx {
 ///
 /// Returns 1, also when nothing was dirty. Returns 0, with all pixels freed, for an index out of range, a scale that is
 /// not above 0, a character without a shape (which is then clean), or memory that ran out (which stays dirty).
+///
+/// With caches, which go with one `ops`, layers come from there where they have been built before.
 int32_t BuildGlyphLayers(const GlyphSettings& settings, ImageUtilityOps& ops, const MetaString& string,
-                         int32_t character, GlyphLayers& layers, const GlyphTransform& transform);
+                         int32_t character, GlyphLayers& layers, const GlyphTransform& transform,
+                         CacheAccess access = {});
 
 }  // namespace captionfx

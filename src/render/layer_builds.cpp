@@ -5,7 +5,8 @@
 namespace captionfx {
 
 void Build(const FrameTitle& title, const LayerBuild& build) {
-    BuildGlyphLayers(title.Glyphs(), title.Ops, *build.String, build.Character, *build.Layers, build.Transform);
+    BuildGlyphLayers(title.Glyphs(), title.Ops, *build.String, build.Character, *build.Layers, build.Transform,
+                     title.CachesFor(build.Use));
     // One without a shape comes out clean, one of a scale that is not above 0 was never to be seen.
     const bool isBuildable = build.Transform.ScaleX > 0 && build.Transform.ScaleY > 0;
     if (isBuildable && build.Layers->DirtyMask != 0) title.Cache.HasLostLayers = true;
@@ -26,7 +27,8 @@ void RefreshCachedLayers(const FrameTitle& title) {
                               .Layers = &layers,
                               .Transform = {.ScaleX = At(string.Characters, i).WidthScale,
                                             .ScaleY = 1.0F,
-                                            .RotationDeg = string.RotateDegree}});
+                                            .RotationDeg = string.RotateDegree},
+                              .Use = CacheUse::kLasting});
         }
     }
     BuildAll(title, builds);

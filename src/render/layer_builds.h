@@ -13,6 +13,7 @@ struct LayerBuild {
     int32_t Character;
     GlyphLayers* Layers;
     GlyphTransform Transform;
+    CacheUse Use;
 };
 
 /// Builds, and notes in the cache a character that only memory was missing for.

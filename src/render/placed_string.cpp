@@ -114,7 +114,8 @@ LayerBuild PlacedString::BuildOf(PlacedCharacter& placed) const {
             .Layers = &placed.Fresh,
             .Transform = {.ScaleX = placed.Placement.ScaleX * widthScale,
                           .ScaleY = placed.Placement.ScaleY,
-                          .RotationDeg = string_.RotateDegree + placed.Placement.Rotation}};
+                          .RotationDeg = string_.RotateDegree + placed.Placement.Rotation},
+            .Use = CacheUse::kPassing};
 }
 
 const GlyphLayers& PlacedString::LayersOf(const PlacedCharacter& placed) const {

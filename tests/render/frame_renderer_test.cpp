@@ -185,18 +185,20 @@ TEST_F(FrameRendererTest, PlanesAreCleanForEveryFrame) {
 
 TEST_F(FrameRendererTest, AFrameThatBrokeOffLeavesNothing) {
     const FontSpec tall = Font(u"Tall"), narrow = Font(u"Narrow");
-    SetEffect("PATH_FADE", 0.5F);
+    SetEffect("PATH_ROTATECW", 0.5F);
     owner.Title.SetDefaultFont(&tall);
     owner.Add(u"a", 10, 2);
     owner.Title.SetDefaultFont(&narrow);
     owner.Title.InsertText(0, 1, u"b");
-    owner.ChangeSettings([](TitleRenderSettings& s) { s.GlyphCacheEnabled = 0; });
+    owner.ChangeSettings([](TitleRenderSettings& s) { s.PostFilter = 1; });  // on whole planes
     const Pixels whole = Frame();
+    owner.String().PathProgress = 0.6F;
     auto& families = owner.Platform.FontsOfBoxes.Families;
     auto kept = std::exchange(families, {{u"Tall", families.at(u"Tall")}});  // 'b' throws, when 'a' is drawn
     Pixels broken(kWidth * kHeight);
     EXPECT_EQ(owner.Title.RenderFrame(broken.data(), 0), kTitleFailure);
     families = std::move(kept);
+    owner.String().PathProgress = 0.5F;
     EXPECT_EQ(Frame(), whole);
 }
 

@@ -1,0 +1,114 @@
+// A cache of things that are costly to make and the same for many: bounded in bytes, safe on several threads.
+#pragma once
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <mutex>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace captionfx {
+
+/// How long a value may be of use.
+enum class CacheUse {
+    kLasting,  ///< It will be asked for again.
+    kPassing,  ///< It belongs to one moment of a movement, and is kept only once that moment has come back.
+};
+
+/// `Key` is plain bytes without padding: it is compared and hashed as such. Values are shared and never change.
+template <class Key, class Value>
+class SharedCache {
+    static_assert(std::is_trivially_copyable_v<Key>);
+
+public:
+    /// Holds up to about `mostBytes`.
+    explicit SharedCache(size_t mostBytes) : mostBytes_(mostBytes) {}
+
+    /// What was used before this moment goes first when there is too much.
+    void BeginFrame() {
+        const std::lock_guard lock(mutex_);
+        ++frame_;
+    }
+
+    /// The value of a key, or null.
+    [[nodiscard]] std::shared_ptr<const Value> Find(const Key& key) {
+        const std::lock_guard lock(mutex_);
+        const auto found = entries_.find(key);
+        if (found == entries_.end()) return nullptr;
+        found->second.LastUse = frame_;
+        return found->second.Shared;
+    }
+
+    /// Keeps a value of `bytes`. Memory that runs out for it is no failure: it is made again then.
+    void Insert(const Key& key, std::shared_ptr<const Value> value, size_t bytes, CacheUse use) try {
+        const std::lock_guard lock(mutex_);
+        if (bytes > mostBytes_ / 4) return;
+        if (use == CacheUse::kPassing && !HasCome(key)) return;
+        if (!entries_.try_emplace(key, Entry{std::move(value), bytes, frame_}).second) return;
+        bytes_ += bytes;
+        if (bytes_ > mostBytes_) MakeRoom();
+    } catch (const std::bad_alloc&) {
+    }
+
+    void Clear() {
+        const std::lock_guard lock(mutex_);
+        entries_.clear();
+        come_.clear();
+        bytes_ = 0;
+    }
+
+    [[nodiscard]] size_t Bytes() const {
+        const std::lock_guard lock(mutex_);
+        return bytes_;
+    }
+
+private:
+    struct Entry {
+        std::shared_ptr<const Value> Shared;
+        size_t Bytes;
+        uint64_t LastUse;
+    };
+    struct Hash {
+        size_t operator()(const Key& key) const {
+            return std::hash<std::string_view>()({reinterpret_cast<const char*>(&key), sizeof key});
+        }
+    };
+    struct Equal {
+        bool operator()(const Key& a, const Key& b) const { return std::memcmp(&a, &b, sizeof a) == 0; }
+    };
+
+    static constexpr size_t kMostCome = size_t{1} << 16U;
+
+    /// Whether a passing key was there before; it is noted by its hash.
+    bool HasCome(const Key& key) {
+        if (come_.size() >= kMostCome) come_.clear();
+        return !come_.insert(Hash()(key)).second;
+    }
+
+    /// Throws out the longest unused quarter and more, of what this frame has not used.
+    void MakeRoom() {
+        std::vector<uint64_t> uses;
+        uses.reserve(entries_.size());
+        for (const auto& [key, entry] : entries_) uses.push_back(entry.LastUse);
+        const auto quarter = uses.begin() + static_cast<std::ptrdiff_t>(uses.size() / 4);
+        std::ranges::nth_element(uses, quarter);
+        const uint64_t oldest = std::min(*quarter, frame_ - 1);
+        std::erase_if(entries_, [&](const auto& item) {
+            if (item.second.LastUse > oldest) return false;
+            bytes_ -= item.second.Bytes;
+            return true;
+        });
+    }
+
+    const size_t mostBytes_;
+    mutable std::mutex mutex_;
+    std::unordered_map<Key, Entry, Hash, Equal> entries_;
+    std::unordered_set<size_t> come_;
+    size_t bytes_ = 0;
+    uint64_t frame_ = 1;
+};
+
+}  // namespace captionfx
