@@ -21,7 +21,7 @@ public:
         if (scene_.motion != Motion::kFreshShadow) return;
         isWider_ = !isWider_;
         strength_ = (strength_ + 7) % kStrengths;
-        SetShadow(*title_, kWideShadowBlur + (isWider_ ? 1 : 0), kShadowAlpha - kStrengths / 2 + strength_);
+        SetShadowBlur(*title_, kWideShadowBlur + (isWider_ ? 1 : 0), kShadowAlpha - kStrengths / 2 + strength_);
         title_->ClearString(0);
         title_->InsertText(0, 0, JoinedText(scene_).c_str());
     }

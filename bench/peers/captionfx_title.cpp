@@ -63,11 +63,11 @@ std::u16string JoinedText(const Scene& scene) {
     return joined;
 }
 
-void SetShadowBlur(IKVT_CaptionFx& title, int32_t blur) {
+void SetShadowBlur(IKVT_CaptionFx& title, int32_t blur, int32_t alpha) {
     MetaShadow shadow{};
     title.GetCharShadow(kDefaults, kDefaults, &shadow);
     shadow.BlurRadius = blur;
-    shadow.Alpha = kShadowAlpha;
+    shadow.Alpha = alpha;
     shadow.OffsetX = shadow.OffsetY = kShadowOffsetDoc;
     title.SetDefaultShadow(&shadow);
 }

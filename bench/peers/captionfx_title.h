@@ -22,7 +22,7 @@ void Require(bool isGood, const char* what);
 [[nodiscard]] TitleHandle OpenTitle(const Scene& scene, const Stage& stage, int32_t threads);
 
 /// For new text.
-void SetShadowBlur(IKVT_CaptionFx& title, int32_t blur);
+void SetShadowBlur(IKVT_CaptionFx& title, int32_t blur, int32_t alpha = kShadowAlpha);
 
 /// Adds the scene's text, at whole document units: a line in the middle, credits at the upper edge.
 void Type(IKVT_CaptionFx& title, const Scene& scene, const char* effect, float progress);

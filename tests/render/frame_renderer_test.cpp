@@ -185,7 +185,7 @@ TEST_F(FrameRendererTest, PlanesAreCleanForEveryFrame) {
 
 TEST_F(FrameRendererTest, AFrameThatBrokeOffLeavesNothing) {
     const FontSpec tall = Font(u"Tall"), narrow = Font(u"Narrow");
-    SetEffect("PATH_ROTATECW", 0.5F);
+    SetEffect("PATH_ROLLINGRIGHT", 0.5F);
     owner.Title.SetDefaultFont(&tall);
     owner.Add(u"a", 10, 2);
     owner.Title.SetDefaultFont(&narrow);

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <tuple>
 
 #include "render/kernels/pixel_rules.h"
 
@@ -118,7 +117,7 @@ HWY_INLINE void ForRows(const std::array<uint32_t*, kRows>& rows, size_t count, 
         for (uint32_t*& place : places) place += i;
         return places;
     };
-    for (size_t i = 0; i < whole; i += lanes) std::apply(change, at(i));
+    for (size_t i = 0; i < whole; i += lanes) change(at(i));
     if (whole == count) return;
     HWY_ALIGN uint32_t rest[kRows][hn::MaxLanes(Lanes32())] = {};
     std::array<uint32_t*, kRows> places;
@@ -126,7 +125,7 @@ HWY_INLINE void ForRows(const std::array<uint32_t*, kRows>& rows, size_t count, 
         places[row] = rest[row];
         std::copy(rows[row] + whole, rows[row] + count, rest[row]);
     }
-    std::apply(change, places);
+    change(places);
     for (size_t row = 0; row < kRows; ++row) std::copy_n(rest[row], count - whole, rows[row] + whole);
 }
 
@@ -317,7 +316,8 @@ HWY_INLINE Pixels Merged(Pixels face, Pixels border, Pixels shadow) {
 }
 
 void MergePlanes(uint32_t* face, uint32_t* border, uint32_t* shadow, size_t count) {
-    ForRows(std::array{face, border, shadow}, count, [](uint32_t* f, uint32_t* b, uint32_t* s) HWY_ATTR {
+    ForRows(std::array{face, border, shadow}, count, [](const std::array<uint32_t*, 3>& rows) HWY_ATTR {
+        const auto [f, b, s] = rows;
         hn::StoreU(Merged(hn::LoadU(d32, f), hn::LoadU(d32, b), hn::LoadU(d32, s)), d32, s);
         hn::StoreU(hn::Zero(d32), d32, f);
         hn::StoreU(hn::Zero(d32), d32, b);
@@ -326,7 +326,8 @@ void MergePlanes(uint32_t* face, uint32_t* border, uint32_t* shadow, size_t coun
 
 template <class Composite>
 HWY_INLINE void Finish(const std::array<uint32_t*, 4>& rows, size_t count, Composite composite) {
-    ForRows(rows, count, [&](uint32_t* destination, uint32_t* face, uint32_t* border, uint32_t* shadow) HWY_ATTR {
+    ForRows(rows, count, [&](const std::array<uint32_t*, 4>& places) HWY_ATTR {
+        const auto [destination, face, border, shadow] = places;
         const Pixels f = hn::LoadU(d32, face), b = hn::LoadU(d32, border), s = hn::LoadU(d32, shadow);
         if (IsAllZero(hn::Or(hn::Or(f, b), s))) return;
         hn::StoreU(composite(Merged(f, b, s), hn::LoadU(d32, destination)), d32, destination);
