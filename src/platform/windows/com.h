@@ -1,0 +1,121 @@
+// What COM hands out, with owners. The caller of the library initialises COM; without it nothing can be created, and
+// that is a failure like any other.
+#pragma once
+
+#include <new>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <windows.h>
+
+#include <objbase.h>
+#include <oleauto.h>
+
+#include "platform/windows/wide_text.h"
+
+namespace captionfx {
+
+/// Whether a call was done. Memory that ran out is thrown.
+[[nodiscard]] inline bool Done(HRESULT result) {
+    if (result == E_OUTOFMEMORY) throw std::bad_alloc();
+    return SUCCEEDED(result);
+}
+
+/// The identifier of an interface; each file specialises it for those that it asks for.
+template <class Interface>
+inline constexpr GUID kInterfaceId{};
+
+/// Owns one reference to a COM object, or none.
+template <class Interface>
+class ComPointer {
+public:
+    ComPointer() = default;
+    ComPointer(const ComPointer& other) : object_(other.object_) {
+        if (object_ != nullptr) object_->AddRef();
+    }
+    ComPointer(ComPointer&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
+    ComPointer& operator=(ComPointer other) noexcept {
+        std::swap(object_, other.object_);
+        return *this;
+    }
+    ~ComPointer() {
+        if (object_ != nullptr) object_->Release();
+    }
+
+    explicit operator bool() const { return object_ != nullptr; }
+    Interface* operator->() const { return object_; }
+    [[nodiscard]] Interface* Get() const { return object_; }
+
+    /// Where a call writes the object that it hands out. Only for an empty pointer.
+    [[nodiscard]] Interface** Out() { return &object_; }
+
+    /// The same object under another interface; empty if it has none of that kind.
+    template <class Other>
+    [[nodiscard]] ComPointer<Other> As() const {
+        ComPointer<Other> other;
+        void* found = nullptr;
+        if (object_ != nullptr && Done(object_->QueryInterface(kInterfaceId<Other>, &found)))
+            *other.Out() = static_cast<Other*>(found);
+        return other;
+    }
+
+private:
+    Interface* object_ = nullptr;
+};
+
+/// A new object of a class in this process; empty where the system has no such class, or no COM on this thread.
+template <class Interface>
+[[nodiscard]] ComPointer<Interface> CreateComObject(const GUID& classId) {
+    ComPointer<Interface> object;
+    void* created = nullptr;
+    if (Done(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, kInterfaceId<Interface>, &created)))
+        *object.Out() = static_cast<Interface*>(created);
+    return object;
+}
+
+/// A text as COM passes it.
+class ComText {
+public:
+    explicit ComText(std::wstring_view text) : text_(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {
+        if (text_ == nullptr) throw std::bad_alloc();
+    }
+    explicit ComText(const char* text) : ComText(WideOf(std::string_view(text))) {}
+    ComText(const ComText&) = delete;
+    ComText& operator=(const ComText&) = delete;
+    ~ComText() { SysFreeString(text_); }
+
+    [[nodiscard]] BSTR Get() const { return text_; }
+
+private:
+    BSTR text_;
+};
+
+/// A value as COM passes it.
+class ComValue {
+public:
+    ComValue() { VariantInit(&value_); }
+    /// A reference to an object.
+    explicit ComValue(IUnknown* object) : ComValue() {
+        value_.vt = VT_UNKNOWN;
+        value_.punkVal = object;
+        object->AddRef();
+    }
+    explicit ComValue(std::wstring_view text) : ComValue() {
+        value_.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+        if (value_.bstrVal == nullptr) throw std::bad_alloc();
+        value_.vt = VT_BSTR;
+    }
+    ComValue(const ComValue&) = delete;
+    ComValue& operator=(const ComValue&) = delete;
+    ~ComValue() { VariantClear(&value_); }
+
+    [[nodiscard]] const VARIANT& Get() const { return value_; }
+    [[nodiscard]] VARIANT* Out() { return &value_; }
+    [[nodiscard]] bool IsText() const { return value_.vt == VT_BSTR; }
+    [[nodiscard]] std::wstring_view Text() const { return {value_.bstrVal, SysStringLen(value_.bstrVal)}; }
+
+private:
+    VARIANT value_;
+};
+
+}  // namespace captionfx
