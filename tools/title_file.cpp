@@ -187,6 +187,10 @@ std::string Decimal(float value) {
     return {text.data(), end};
 }
 
+xmlDoc* Raw(const std::shared_ptr<void>& document) {
+    return static_cast<xmlDoc*>(document.get());
+}
+
 }  // namespace
 
 TitleFile::TitleFile(const std::filesystem::path& path) : path_(path) {
@@ -202,22 +206,22 @@ TitleFile::TitleFile(const std::filesystem::path& path) : path_(path) {
                                   XML_PARSE_NONET | XML_PARSE_BIG_LINES),
                     xmlFreeDoc);
     if (!document_) Fail(path, error.place, error.reason);
-    const xmlNode* const root = xmlDocGetRootElement(document_.get());
+    const xmlNode* const root = xmlDocGetRootElement(Raw(document_));
     if (!IsElement(*root, "CCaptionFx"))
         Fail(path, std::to_string(xmlGetLineNo(root)), "is no title: its root is not CCaptionFx");
     size_t string = 0;
-    for (const xmlNode* const node : StringNodes(document_.get())) CheckString(path, *node, string++);
+    for (const xmlNode* const node : StringNodes(Raw(document_))) CheckString(path, *node, string++);
 }
 
 void TitleFile::LoadInto(IKVT_CaptionFx& title) const {
-    const int32_t status = title.LoadFromNode(xmlDocGetRootElement(document_.get()));
-    const auto count = static_cast<int32_t>(StringNodes(document_.get()).size());
+    const int32_t status = title.LoadFromNode(xmlDocGetRootElement(Raw(document_)));
+    const auto count = static_cast<int32_t>(StringNodes(Raw(document_)).size());
     if (status != kTitleOk || title.GetStringCount() != count) Fail(path_, "", "the library refuses this title");
 }
 
 std::vector<FileString> TitleFile::Strings() const {
     std::vector<FileString> strings;
-    for (const xmlNode* const node : StringNodes(document_.get())) strings.push_back(FileStringOf(node));
+    for (const xmlNode* const node : StringNodes(Raw(document_))) strings.push_back(FileStringOf(node));
     return strings;
 }
 

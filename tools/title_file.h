@@ -11,8 +11,6 @@
 
 #include "tools/argument_values.h"
 
-struct _xmlDoc;  // libxml2's name for its document
-
 namespace captionfx {
 
 /// What of a string stands in the file alone.
@@ -33,7 +31,7 @@ public:
 
 private:
     std::filesystem::path path_;
-    std::shared_ptr<_xmlDoc> document_;
+    std::shared_ptr<void> document_;  // as the XML library of the system has it
 };
 
 /// Gives the first string of a title keyframes. Its strings are saved to XML nodes, changed there and loaded again,

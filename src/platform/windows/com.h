@@ -5,11 +5,11 @@
 #include <new>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <windows.h>
 
 #include <objbase.h>
 #include <oleauto.h>
+#include <wrl/client.h>
 
 #include "platform/windows/wide_text.h"
 
@@ -25,51 +25,25 @@ namespace captionfx {
 template <class Interface>
 inline constexpr GUID kInterfaceId{};
 
-/// Owns one reference to a COM object, or none.
+using Microsoft::WRL::ComPtr;
+
+/// An object under another of its interfaces; empty if it has none of that kind.
 template <class Interface>
-class ComPointer {
-public:
-    ComPointer() = default;
-    ComPointer(const ComPointer& other) : object_(other.object_) {
-        if (object_ != nullptr) object_->AddRef();
-    }
-    ComPointer(ComPointer&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
-    ComPointer& operator=(ComPointer other) noexcept {
-        std::swap(object_, other.object_);
-        return *this;
-    }
-    ~ComPointer() {
-        if (object_ != nullptr) object_->Release();
-    }
-
-    explicit operator bool() const { return object_ != nullptr; }
-    Interface* operator->() const { return object_; }
-    [[nodiscard]] Interface* Get() const { return object_; }
-
-    /// Where a call writes the object that it hands out. Only for an empty pointer.
-    [[nodiscard]] Interface** Out() { return &object_; }
-
-    /// The same object under another interface; empty if it has none of that kind.
-    template <class Other>
-    [[nodiscard]] ComPointer<Other> As() const {
-        ComPointer<Other> other;
-        void* found = nullptr;
-        if (object_ != nullptr && Done(object_->QueryInterface(kInterfaceId<Other>, &found)))
-            *other.Out() = static_cast<Other*>(found);
-        return other;
-    }
-
-private:
-    Interface* object_ = nullptr;
-};
+[[nodiscard]] ComPtr<Interface> Query(IUnknown* object) {
+    ComPtr<Interface> other;
+    void* found = nullptr;
+    if (object != nullptr && Done(object->QueryInterface(kInterfaceId<Interface>, &found)))
+        other.Attach(static_cast<Interface*>(found));
+    return other;
+}
 
 /// A new object of a class in this process; empty where the system has no such class, or no COM on this thread.
 template <class Interface>
-[[nodiscard]] ComPointer<Interface> CreateComObject(const GUID& classId) {
-    ComPointer<Interface> object;
+[[nodiscard]] ComPtr<Interface> CreateComObject(const GUID& classId) {
+    ComPtr<Interface> object;
     void* created = nullptr;
     if (Done(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, kInterfaceId<Interface>, &created)))
-        *object.Out() = static_cast<Interface*>(created);
+        object.Attach(static_cast<Interface*>(created));
     return object;
 }
 

@@ -1,5 +1,7 @@
 #include "platform/windows/font_link.h"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 #include <limits>
 #include <map>
@@ -37,7 +39,7 @@ private:
 
 class MLangFontLink final : public FontLink {
 public:
-    explicit MLangFontLink(ComPointer<IMLangFontLink2> link) : link_(std::move(link)) {}
+    explicit MLangFontLink(ComPtr<IMLangFontLink2> link) : link_(std::move(link)) {}
 
     CodePageRun GetStrCodePages(std::u16string_view text) override {
         constexpr size_t kLongestRun = std::numeric_limits<int32_t>::max();
@@ -69,13 +71,22 @@ private:
         const ScreenFont font(base_);
         HFONT mapped = nullptr;
         if (FAILED(link_->MapFont(font.Context(), codePages, static_cast<WCHAR>(unit), &mapped))) return std::nullopt;
-        const LogFont answer = LogFontOf(mapped);
+        LogFont answer = LogFontOf(mapped);
         link_->ReleaseFont(mapped);
+        if (answer.lfFaceName[0] == u'\0') NameFace(answer);
         return answer;
     }
 
+    /// A font that is told by its character set alone is another one on every machine: titles keep the face it has here.
+    static void NameFace(LogFont& answer) {
+        const ScreenFont font(answer);
+        std::array<wchar_t, kFaceNameLength> name{};
+        GetTextFaceW(font.Context(), static_cast<int>(name.size()), name.data());
+        std::ranges::copy(name, answer.lfFaceName);
+    }
+
     const FineTimer timer_;
-    const ComPointer<IMLangFontLink2> link_;
+    const ComPtr<IMLangFontLink2> link_;
     LogFont base_{};
     std::map<std::pair<uint32_t, char16_t>, std::optional<LogFont>> mapped_;  // of base_
 };
@@ -83,7 +94,7 @@ private:
 }  // namespace
 
 std::unique_ptr<FontLink> CreateMLangFontLink() {
-    ComPointer<IMLangFontLink2> link = CreateComObject<IMLangFontLink2>(kMultiLanguage);
+    ComPtr<IMLangFontLink2> link = CreateComObject<IMLangFontLink2>(kMultiLanguage);
     return link ? std::make_unique<MLangFontLink>(std::move(link)) : nullptr;
 }
 

@@ -39,20 +39,20 @@ struct CloseFile {
 using OwnedFile = std::unique_ptr<std::FILE, CloseFile>;
 
 /// Keeps a node alive as long as somebody has the handle.
-XmlNode Owned(ComPointer<IXMLDOMNode> node) {
+XmlNode Owned(ComPtr<IXMLDOMNode> node) {
     if (!node) return {};
-    return {std::make_shared<ComPointer<IXMLDOMNode>>(std::move(node))};
+    return {std::make_shared<ComPtr<IXMLDOMNode>>(std::move(node))};
 }
 
-const ComPointer<IXMLDOMNode>& Raw(const XmlNode& node) {
-    return *static_cast<const ComPointer<IXMLDOMNode>*>(node.Handle.get());
+const ComPtr<IXMLDOMNode>& Raw(const XmlNode& node) {
+    return *static_cast<const ComPtr<IXMLDOMNode>*>(node.Handle.get());
 }
 
 /// Memory that grows, as a stream; empty when there is none.
-ComPointer<IStream> MemoryStream() {
-    ComPointer<IStream> stream;
+ComPtr<IStream> MemoryStream() {
+    ComPtr<IStream> stream;
     constexpr BOOL kFreedWithTheStream = TRUE;
-    return Done(CreateStreamOnHGlobal(nullptr, kFreedWithTheStream, stream.Out())) ? stream : ComPointer<IStream>();
+    return Done(CreateStreamOnHGlobal(nullptr, kFreedWithTheStream, stream.GetAddressOf())) ? stream : ComPtr<IStream>();
 }
 
 /// What was written to a memory stream. Its block of memory is longer than that.
@@ -69,12 +69,12 @@ std::vector<uint8_t> BytesOf(IStream& stream) {
 
 class MsxmlDocument final : public XmlDocument {
 public:
-    explicit MsxmlDocument(ComPointer<IXMLDOMDocument> document) : document_(std::move(document)) {
+    explicit MsxmlDocument(ComPtr<IXMLDOMDocument> document) : document_(std::move(document)) {
         // A title is one file: it is parsed on this thread, checked against nothing, and nothing else is fetched.
         document_->put_async(VARIANT_FALSE);
         document_->put_validateOnParse(VARIANT_FALSE);
         document_->put_resolveExternals(VARIANT_FALSE);
-        if (const auto newer = document_.As<IXMLDOMDocument2>()) {
+        if (const auto newer = Query<IXMLDOMDocument2>(document_.Get())) {
             ComValue prohibit;
             prohibit.Out()->vt = VT_BOOL;
             prohibit.Out()->boolVal = VARIANT_TRUE;
@@ -91,7 +91,7 @@ public:
     /// Read here and not by MSXML, which would take the path for the address of something to fetch.
     bool LoadFile(std::u16string_view path) override {
         const OwnedFile file(_wfopen(WideOf(path).c_str(), L"rb"));
-        const ComPointer<IStream> stream = MemoryStream();
+        const ComPtr<IStream> stream = MemoryStream();
         if (!file || !stream) return false;
         std::vector<uint8_t> block(1U << 16U);
         while (const size_t count = std::fread(block.data(), 1, block.size(), file.get())) {
@@ -115,57 +115,51 @@ public:
     }
 
     std::vector<uint8_t> Save() override {
-        const ComPointer<IStream> stream = MemoryStream();
+        const ComPtr<IStream> stream = MemoryStream();
         if (!stream || !Done(document_->save(ComValue(stream.Get()).Get()))) return {};
         return BytesOf(*stream.Get());
     }
 
-    XmlNode Document() override { return Owned(document_.As<IXMLDOMNode>()); }
+    XmlNode Document() override { return Owned(Query<IXMLDOMNode>(document_.Get())); }
 
     XmlNode NodeOf(void* element) override {
-        if (element == nullptr) return {};
-        auto* const node = static_cast<IXMLDOMNode*>(element);
-        void* found = nullptr;
-        ComPointer<IXMLDOMNode> owned;
-        if (Done(node->QueryInterface(kInterfaceId<IXMLDOMElement>, &found)))
-            *owned.Out() = static_cast<IXMLDOMElement*>(found);
-        return Owned(std::move(owned));
+        return Owned(Query<IXMLDOMElement>(static_cast<IXMLDOMNode*>(element)));
     }
 
     XmlNode Child(const XmlNode& parent, const char* name) override {
-        ComPointer<IXMLDOMNode> child;
-        if (!parent || !Done(Raw(parent)->selectSingleNode(ComText(name).Get(), child.Out()))) return {};
+        ComPtr<IXMLDOMNode> child;
+        if (!parent || !Done(Raw(parent)->selectSingleNode(ComText(name).Get(), child.GetAddressOf()))) return {};
         return Owned(std::move(child));
     }
 
     std::vector<XmlNode> Children(const XmlNode& parent, const char* name) override {
-        ComPointer<IXMLDOMNodeList> list;
+        ComPtr<IXMLDOMNodeList> list;
         LONG length = 0;
-        if (!parent || !Done(Raw(parent)->selectNodes(ComText(name).Get(), list.Out()))) return {};
+        if (!parent || !Done(Raw(parent)->selectNodes(ComText(name).Get(), list.GetAddressOf()))) return {};
         if (!list || !Done(list->get_length(&length))) return {};
         std::vector<XmlNode> children;
         for (LONG i = 0; i < length; ++i) {
-            ComPointer<IXMLDOMNode> child;
-            if (Done(list->nextNode(child.Out())) && child) children.push_back(Owned(std::move(child)));
+            ComPtr<IXMLDOMNode> child;
+            if (Done(list->nextNode(child.GetAddressOf())) && child) children.push_back(Owned(std::move(child)));
         }
         return children;
     }
 
     XmlNode AddChild(const XmlNode& parent, const char* name) override {
         if (!parent) return {};
-        ComPointer<IXMLDOMDocument> owner;
-        if (!Done(Raw(parent)->get_ownerDocument(owner.Out()))) return {};
+        ComPtr<IXMLDOMDocument> owner;
+        if (!Done(Raw(parent)->get_ownerDocument(owner.GetAddressOf()))) return {};
         if (!owner) owner = document_;  // the parent is a document itself
-        ComPointer<IXMLDOMElement> element;
-        ComPointer<IXMLDOMNode> child;
-        if (!Done(owner->createElement(ComText(name).Get(), element.Out()))) return {};
-        if (!Done(Raw(parent)->appendChild(element.Get(), child.Out()))) return {};
+        ComPtr<IXMLDOMElement> element;
+        ComPtr<IXMLDOMNode> child;
+        if (!Done(owner->createElement(ComText(name).Get(), element.GetAddressOf()))) return {};
+        if (!Done(Raw(parent)->appendChild(element.Get(), child.GetAddressOf()))) return {};
         return Owned(std::move(child));
     }
 
     std::optional<std::string> Attribute(const XmlNode& node, const char* name) override {
         if (!node) return std::nullopt;
-        const auto element = Raw(node).As<IXMLDOMElement>();
+        const auto element = Query<IXMLDOMElement>(Raw(node).Get());
         ComValue value;
         if (!element || !Done(element->getAttribute(ComText(name).Get(), value.Out())) || !value.IsText())
             return std::nullopt;
@@ -173,7 +167,7 @@ public:
     }
 
     void SetAttribute(const XmlNode& node, const char* name, const std::string& text) override {
-        const auto element = Raw(node).As<IXMLDOMElement>();
+        const auto element = Query<IXMLDOMElement>(Raw(node).Get());
         if (!element || !Done(element->setAttribute(ComText(name).Get(), ComValue(WideOf(text)).Get())))
             throw std::bad_alloc();
     }
@@ -181,21 +175,21 @@ public:
 private:
     /// The declaration, which also decides what Save writes.
     void Declare() {
-        ComPointer<IXMLDOMProcessingInstruction> declaration;
-        const ComText target("xml"), text("version='1.0' encoding='UTF-16'");
-        if (!Done(document_->createProcessingInstruction(target.Get(), text.Get(), declaration.Out()))) return;
+        ComPtr<IXMLDOMProcessingInstruction> declaration;
+        const ComText target("xml"), text(R"(version="1.0" encoding="UTF-16")");
+        if (!Done(document_->createProcessingInstruction(target.Get(), text.Get(), declaration.GetAddressOf()))) return;
         static_cast<void>(Done(document_->appendChild(declaration.Get(), nullptr)));
     }
 
     /// MSXML tells of a failure in one of two places.
     [[nodiscard]] bool IsParsed(VARIANT_BOOL loaded) const {
-        ComPointer<IXMLDOMParseError> error;
+        ComPtr<IXMLDOMParseError> error;
         LONG code = 0;
-        if (loaded == VARIANT_FALSE || !Done(document_->get_parseError(error.Out())) || !error) return false;
+        if (loaded == VARIANT_FALSE || !Done(document_->get_parseError(error.GetAddressOf())) || !error) return false;
         return Done(error->get_errorCode(&code)) && code == 0;
     }
 
-    ComPointer<IXMLDOMDocument> document_;
+    ComPtr<IXMLDOMDocument> document_;
 };
 
 }  // namespace

@@ -1,0 +1,18 @@
+#include "support/loaded_library.h"
+
+#include <dlfcn.h>
+
+namespace captionfx::test {
+
+LoadedLibrary::LoadedLibrary(const std::string& folder, const std::string& name)
+    : handle_(dlopen((folder + "/lib" + name + ".so").c_str(), RTLD_NOW | RTLD_LOCAL)) {}
+
+LoadedLibrary::~LoadedLibrary() {
+    if (handle_ != nullptr) dlclose(handle_);
+}
+
+void* LoadedLibrary::Address(const char* name) const {
+    return dlsym(handle_, name);
+}
+
+}  // namespace captionfx::test
