@@ -1,6 +1,6 @@
 // A host without the library's header: it loads the library, takes the table of operations for what it is, a row of
-// addresses, and calls all 42 by their number through functions that it declares itself, as a program of another compiler
-// does. The records are declared here a second time, as bytes that are laid out by hand. Prints what failed.
+// addresses, and calls all 42 by their number through functions that it declares itself, as a program of another
+// compiler does. The records are declared here a second time, as bytes that are laid out by hand. Prints what failed.
 //
 //     captionfx_table_host FOLDER NAME      the folder of the library, and its name without prefix and suffix
 #include <cstdint>
@@ -113,10 +113,10 @@ void SetUp(Title* title) {
     RoundTrip(title, 10, 18, paragraph);
 
     String string;
-    string.At<float>(0) = 20.0F;                       // Left
-    string.At<float>(8) = 1e9F;                        // WidthLimit
+    string.At<float>(0) = 20.0F;                          // Left
+    string.At<float>(8) = 1e9F;                           // WidthLimit
     std::memcpy(string.bytes + 20, "PATH_NOEFFECT", 14);  // PathID
-    string.At<float>(280) = 1.0F;                      // PathProgress
+    string.At<float>(280) = 1.0F;                         // PathProgress
     Expect(11, "status", Call<int32_t>(title, 11, &string), kOk);
     Expect(40, "status", Call<int32_t>(title, 40), kOk);
     Expect(23, "strings after the reset", Call<int32_t>(title, 23), 0);
@@ -126,8 +126,8 @@ void SetUp(Title* title) {
     Font font;
     const char16_t name[] = u"DejaVu Sans";
     std::memcpy(font.bytes, name, sizeof name);
-    font.At<uint32_t>(64) = 1;     // CharSet
-    font.At<float>(68) = 48.0F;    // Size
+    font.At<uint32_t>(64) = 1;   // CharSet
+    font.At<float>(68) = 48.0F;  // Size
     Call<void>(title, 5, &font);
 }
 

@@ -1,5 +1,5 @@
-// The services of Windows, as far as they can be held to rules on any machine. What fonts and titles look like is held to
-// the other system's answers in tests/systems.
+// The services of Windows, as far as they can be held to rules on any machine. What fonts and titles look like is held
+// to the other system's answers in tests/systems.
 #include <algorithm>
 #include <array>
 #include <future>
@@ -37,8 +37,8 @@ TEST(WindowsServicesTest, EnumeratedFamiliesAndTheDefaultHaveMetrics) {
                  std::bad_alloc);
 }
 
-// DejaVu Sans has 2048 units an em, so that its own numbers are the answers: win ascent and descent 1901 and 483, typographic
-// 1556 and -492, advance of 'A' 1401. Its bold advances 1585.
+// DejaVu Sans has 2048 units an em, so that its own numbers are the answers: win ascent and descent 1901 and 483,
+// typographic 1556 and -492, advance of 'A' 1401. Its bold advances 1585.
 TEST(WindowsServicesTest, FontsAnswerInUnitsOfTheEm) {
     FontSystem& fonts = SystemServices().Fonts();
     const auto font = fonts.Realise(Request(u"DejaVu Sans"));

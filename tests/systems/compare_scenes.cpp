@@ -1,6 +1,6 @@
-// Compares the scenes of two folders, and says how far apart they are. Characters stand at the same places, to 0.01 pixel.
-// Where all masks are the same, so are all pixels. Where masks differ, because one system hints a face that has no
-// instructions and the other does not, edges may differ by a little.
+// Compares the scenes of two folders, and says how far apart they are. Characters stand at the same places, to 0.01
+// pixel. Where all masks are the same, so are all pixels. Where masks differ, because one system hints a face that has
+// no instructions and the other does not, edges may differ by a little.
 //
 //     captionfx_compare_scenes TITLE FOLDER FOLDER DIFFERENCES     pictures of differences, eight times enlarged
 #include <algorithm>
@@ -42,8 +42,8 @@ std::vector<CharacterFacts> ReadFacts(const fs::path& file) {
 }
 
 float LargestGap(const CharacterFacts& a, const CharacterFacts& b) {
-    return std::max({std::abs(a.x - b.x), std::abs(a.y - b.y), std::abs(a.width - b.width),
-                     std::abs(a.height - b.height)});
+    return std::max(
+        {std::abs(a.x - b.x), std::abs(a.y - b.y), std::abs(a.width - b.width), std::abs(a.height - b.height)});
 }
 
 struct PixelGaps {
@@ -90,9 +90,10 @@ bool Agree(const std::string& scene, const fs::path& one, const fs::path& other,
         ComparePixels(one / (scene + ".png"), other / (scene + ".png"), differences / (scene + ".png"));
     const double share = static_cast<double>(gaps.different) / static_cast<double>(gaps.touched);
     const bool isSameWhereItMustBe = masks > 0 || gaps.different == 0;
-    const bool agrees = place <= kSamePlacePx && isSameWhereItMustBe && share <= kMostPixels && gaps.largest <= kLargestStep;
-    std::printf("  %-11s %3zu   %7.4f   %3zu   %6.2f %%   %3d   %s\n", scene.c_str(), a.size(), static_cast<double>(place),
-                masks, share * 100, gaps.largest, agrees ? "" : "TOO FAR APART");
+    const bool agrees =
+        place <= kSamePlacePx && isSameWhereItMustBe && share <= kMostPixels && gaps.largest <= kLargestStep;
+    std::printf("  %-11s %3zu   %7.4f   %3zu   %6.2f %%   %3d   %s\n", scene.c_str(), a.size(),
+                static_cast<double>(place), masks, share * 100, gaps.largest, agrees ? "" : "TOO FAR APART");
     return agrees;
 }
 

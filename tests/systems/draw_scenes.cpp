@@ -3,8 +3,8 @@
 //     captionfx_draw_scenes FOLDER            builds each title, and saves it as FOLDER/<scene>.xml
 //     captionfx_draw_scenes FOLDER TITLES     loads each title from TITLES/<scene>.xml
 //
-// Both write FOLDER/<scene>.png, and FOLDER/<scene>.txt with a line a character: its rectangle, and a fingerprint of the
-// coverage mask that the system draws for it at rest.
+// Both write FOLDER/<scene>.png, and FOLDER/<scene>.txt with a line a character: its rectangle, and a fingerprint of
+// the coverage mask that the system draws for it at rest.
 #include <cstdio>
 #include <exception>
 #include <filesystem>

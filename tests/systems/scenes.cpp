@@ -100,12 +100,13 @@ std::vector<Scene> MakeScenes() {
                              .Height = 1};
              }),
         With(Plain("mono", u"Liberation Sans", 30, pangram), [](Scene& s) { s.settings.AntialiasMode = 3; }),
-        With(Plain("moving", u"DejaVu Sans", 60, u"moving on"),
-             [](Scene& s) {
-                 s.string.PathProgress = 0.7F;
-                 s.string.PathID[std::string_view("PATH_SPIRAL").copy(s.string.PathID, std::size(s.string.PathID) - 1)] =
-                     '\0';
-             }),
+        With(
+            Plain("moving", u"DejaVu Sans", 60, u"moving on"),
+            [](Scene& s) {
+                s.string.PathProgress = 0.3F;
+                s.string.PathID[std::string_view("PATH_SPIRAL").copy(s.string.PathID, std::size(s.string.PathID) - 1)] =
+                    '\0';
+            }),
     };
 }
 

@@ -1,7 +1,6 @@
 // COM for a whole program: the library wants it initialised by whoever calls it. Linked into a program, it is there
 // before main, for the threads that have no apartment of their own too.
 #include <windows.h>
-
 #include <objbase.h>
 
 namespace {

@@ -16,8 +16,7 @@ std::FILE* OpenForWriting(const std::filesystem::path& path) {
 }
 
 std::FILE* CreateForWriting(const std::filesystem::path& path) {
-    const int descriptor =
-        _wopen(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _S_IREAD | _S_IWRITE);
+    const int descriptor = _wopen(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _S_IREAD | _S_IWRITE);
     return descriptor < 0 ? nullptr : _fdopen(descriptor, "wb");
 }
 

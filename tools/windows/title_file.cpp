@@ -2,19 +2,19 @@
 // does not.
 #include "tools/title_file.h"
 
+#include <windows.h>
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <msxml2.h>
 #include <new>
+#include <oleauto.h>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
-#include <windows.h>
 
-#include <msxml2.h>
-#include <oleauto.h>
 #include <wrl/client.h>
 
 #include "tools/file_stream.h"

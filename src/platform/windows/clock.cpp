@@ -1,8 +1,7 @@
 #include "platform/windows/clock.h"
 
-#include <algorithm>
 #include <windows.h>
-
+#include <algorithm>
 #include <mmsystem.h>
 
 namespace captionfx {

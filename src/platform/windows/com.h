@@ -2,13 +2,13 @@
 // that is a failure like any other.
 #pragma once
 
-#include <new>
-#include <string>
-#include <string_view>
 #include <windows.h>
-
+#include <new>
 #include <objbase.h>
 #include <oleauto.h>
+#include <string>
+#include <string_view>
+
 #include <wrl/client.h>
 
 #include "platform/windows/wide_text.h"

@@ -1,15 +1,14 @@
 #include "platform/windows/font_link.h"
 
+#include <windows.h>
 #include <algorithm>
 #include <array>
 #include <cstring>
 #include <limits>
 #include <map>
-#include <utility>
-#include <windows.h>
-
 #include <mlang.h>
 #include <mmsystem.h>
+#include <utility>
 
 #include "platform/windows/com.h"
 #include "platform/windows/screen_font.h"
@@ -77,7 +76,8 @@ private:
         return answer;
     }
 
-    /// A font that is told by its character set alone is another one on every machine: titles keep the face it has here.
+    /// A font that is told by its character set alone is another one on every machine: titles keep the face it has
+    /// here.
     static void NameFace(LogFont& answer) {
         const ScreenFont font(answer);
         std::array<wchar_t, kFaceNameLength> name{};

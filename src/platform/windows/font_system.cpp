@@ -1,8 +1,8 @@
 #include "platform/windows/font_system.h"
 
+#include <windows.h>
 #include <cstring>
 #include <exception>
-#include <windows.h>
 
 #include "platform/windows/screen_font.h"
 #include "platform/windows/wide_text.h"

@@ -1,12 +1,11 @@
 #include "platform/windows/gdi_font.h"
 
+#include <windows.h>
 #include <algorithm>
 #include <bit>
 #include <string>
-#include <vector>
-#include <windows.h>
-
 #include <usp10.h>
+#include <vector>
 
 #include "platform/windows/screen_font.h"
 #include "platform/windows/wide_text.h"
@@ -97,6 +96,10 @@ bool GdiFont::FindMissingGlyphs(std::u16string_view text, std::span<uint16_t> gl
     }
     if (!unknown.empty()) {
         const std::vector<uint16_t> found = AskForGlyphs(request_, unknown);
+        if (found.empty()) {  // then nothing is known to be missing, and nothing looks for another font
+            std::ranges::fill(glyphs, uint16_t{0});
+            return false;
+        }
         for (size_t i = 0; i < found.size(); ++i) glyphs_.Keep(unknown[i], found[i]);
     }
     for (size_t i = 0; i < std::min(text.size(), glyphs.size()); ++i) glyphs[i] = glyphs_.Find(text[i]).value_or(0);
@@ -108,7 +111,8 @@ std::optional<GlyphCoverage> GdiFont::Coverage(char16_t unit, GlyphFormat format
     const MAT2 gdiMatrix = GdiMatrix(matrix);
     GLYPHMETRICS metrics{};
     const auto ask = [&](DWORD size, void* bytes) {
-        const DWORD count = GetGlyphOutlineW(font.Context(), unit, GdiFormat(format), &metrics, size, bytes, &gdiMatrix);
+        const DWORD count =
+            GetGlyphOutlineW(font.Context(), unit, GdiFormat(format), &metrics, size, bytes, &gdiMatrix);
         return count == GDI_ERROR ? 0 : count;
     };
     const DWORD size = ask(0, nullptr);

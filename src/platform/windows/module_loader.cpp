@@ -1,8 +1,8 @@
 #include "platform/windows/module_loader.h"
 
+#include <windows.h>
 #include <filesystem>
 #include <string>
-#include <windows.h>
 
 #include "platform/windows/wide_text.h"
 

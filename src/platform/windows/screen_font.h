@@ -2,8 +2,8 @@
 // and has few of them: neither is kept.
 #pragma once
 
-#include <bit>
 #include <windows.h>
+#include <bit>
 
 #include "platform/log_font.h"
 
@@ -21,8 +21,8 @@ public:
         if (context_ != nullptr) ReleaseDC(nullptr, context_);
     }
 
-    /// With the font selected. Null handles make all questions fail, which is the answer then.
-    [[nodiscard]] HDC Context() const { return context_; }
+    /// With the font selected; null where there is none, with which every question fails.
+    [[nodiscard]] HDC Context() const { return former_ == nullptr ? nullptr : context_; }
 
 private:
     static HFONT Create(const LogFont& request) {

@@ -1,12 +1,11 @@
 #include "platform/windows/xml_document.h"
 
+#include <windows.h>
 #include <cstdio>
 #include <limits>
+#include <msxml2.h>
 #include <span>
 #include <utility>
-#include <windows.h>
-
-#include <msxml2.h>
 
 #include "platform/utf16.h"
 #include "platform/windows/com.h"
@@ -52,7 +51,8 @@ const ComPtr<IXMLDOMNode>& Raw(const XmlNode& node) {
 ComPtr<IStream> MemoryStream() {
     ComPtr<IStream> stream;
     constexpr BOOL kFreedWithTheStream = TRUE;
-    return Done(CreateStreamOnHGlobal(nullptr, kFreedWithTheStream, stream.GetAddressOf())) ? stream : ComPtr<IStream>();
+    return Done(CreateStreamOnHGlobal(nullptr, kFreedWithTheStream, stream.GetAddressOf())) ? stream
+                                                                                            : ComPtr<IStream>();
 }
 
 /// What was written to a memory stream. Its block of memory is longer than that.
@@ -122,9 +122,7 @@ public:
 
     XmlNode Document() override { return Owned(Query<IXMLDOMNode>(document_.Get())); }
 
-    XmlNode NodeOf(void* element) override {
-        return Owned(Query<IXMLDOMElement>(static_cast<IXMLDOMNode*>(element)));
-    }
+    XmlNode NodeOf(void* element) override { return Owned(Query<IXMLDOMElement>(static_cast<IXMLDOMNode*>(element))); }
 
     XmlNode Child(const XmlNode& parent, const char* name) override {
         ComPtr<IXMLDOMNode> child;

@@ -1,11 +1,10 @@
 // A host's thread with and without COM. A program of its own, whose main thread has none.
+#include <windows.h>
+#include <objbase.h>
 #include <thread>
 
 #include <captionfx/caption_fx.h>
 #include <gtest/gtest.h>
-#include <windows.h>
-
-#include <objbase.h>
 
 namespace {
 

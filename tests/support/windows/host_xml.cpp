@@ -1,9 +1,8 @@
 #include "support/host_xml.h"
 
-#include <stdexcept>
 #include <windows.h>
-
 #include <msxml2.h>
+#include <stdexcept>
 
 #include "platform/utf16.h"
 #include "platform/windows/com.h"
@@ -24,7 +23,8 @@ struct HostXml::Nodes {
 };
 
 HostXml::HostXml() : nodes_(std::make_shared<Nodes>()) {
-    if (!nodes_->document || FAILED(nodes_->document->createElement(ComText("Host").Get(), nodes_->element.GetAddressOf())) ||
+    if (!nodes_->document ||
+        FAILED(nodes_->document->createElement(ComText("Host").Get(), nodes_->element.GetAddressOf())) ||
         FAILED(nodes_->document->appendChild(nodes_->element.Get(), nullptr)))
         throw std::runtime_error("no MSXML");
 }

@@ -1,5 +1,6 @@
 #include "tests/tools/process.h"
 
+#include <windows.h>
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -7,7 +8,6 @@
 #include <optional>
 #include <stdexcept>
 #include <system_error>
-#include <windows.h>
 
 #include "tools/text_encoding.h"
 
