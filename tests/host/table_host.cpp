@@ -3,6 +3,7 @@
 // compiler does. The records are declared here a second time, as bytes that are laid out by hand. Prints what failed.
 //
 //     captionfx_table_host FOLDER NAME      the folder of the library, and its name without prefix and suffix
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -50,10 +51,7 @@ struct Record {
         return *reinterpret_cast<Field*>(bytes + offset);
     }
     [[nodiscard]] bool IsGuarded() const {
-        for (const uint8_t byte : guard) {
-            if (byte != kGuard) return false;
-        }
-        return true;
+        return std::ranges::all_of(guard, [](uint8_t byte) { return byte == kGuard; });
     }
     static constexpr uint8_t kGuard = 0xA5;
 };
@@ -99,11 +97,11 @@ void SetUp(Title* title) {
     Expect(12, "status", Call<int32_t>(title, 12, &settings), kOk);
 
     Expect(0, "index", Call<int32_t>(title, 0), 0);
-    Face face = Numbered<Face>();
-    Border border = Numbered<Border>();
-    Shadow shadow = Numbered<Shadow>();
+    auto face = Numbered<Face>();
+    auto border = Numbered<Border>();
+    auto shadow = Numbered<Shadow>();
     Spacing spacing;
-    Paragraph paragraph = Numbered<Paragraph>();
+    auto paragraph = Numbered<Paragraph>();
     spacing.At<float>(0) = 1.5F;
     spacing.At<float>(4) = -2.0F;
     RoundTrip(title, 6, 14, face);
