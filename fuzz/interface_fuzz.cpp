@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "fuzz/input_reader.h"
+#include "paths/path_catalog.h"
 #include "support/fake_platform.h"
 
 namespace captionfx::fuzz {
@@ -37,48 +38,16 @@ public:
 
 private:
     void Call() {
-        switch (in_.UpTo(20)) {
-            case 0:
-                return AddString();
-            case 1:
-                title_.ClearString(in_.Index());
-                return;
-            case 2:
-                in_.UpTo(8) == 0 ? title_.RemoveAllStrings() : title_.AddString();
-                return;
-            case 3:
-            case 4:
-            case 5:
-                Insert();
-                return;
-            case 6:
-            case 7:
-                Delete();
-                return;
-            case 8:
-                return SetFont();
-            case 9:
-                return SetFaceAndBorder();
-            case 10:
-                return SetShadow();
-            case 11:
-                return SetSpacingAndParagraph();
-            case 12:
-                return SetString();
-            case 13:
-                return SetSettings();
-            case 14:
-                return ReadStyles();
-            case 15:
-                return ReadRects();
-            case 16:
-                return SetKeyframe();
-            case 17:
-                return Reset();
-            default:
-                return Render();
-        }
+        using P = Program;
+        constexpr void (P::*kCalls[20])() = {
+            &P::AddString, &P::ClearString, &P::AddOrRemoveAll, &P::Insert,      &P::Insert,
+            &P::Insert,    &P::Delete,      &P::Delete,         &P::SetFont,     &P::SetFaceAndBorder,
+            &P::SetShadow, &P::SetSpacing,  &P::SetString,      &P::SetSettings, &P::ReadStyles,
+            &P::ReadRects, &P::SetKeyframe, &P::Reset,          &P::Render,      &P::Render};
+        (this->*kCalls[in_.UpTo(20)])();
     }
+    void ClearString() { title_.ClearString(in_.Index()); }
+    void AddOrRemoveAll() { in_.UpTo(8) == 0 ? title_.RemoveAllStrings() : title_.AddString(); }
 
     void Reset() {
         if (in_.UpTo(16) != 0) {
@@ -112,56 +81,39 @@ private:
         return std::isfinite(size) ? std::clamp(size, -64.0F, 64.0F) : 64.0F;
     }
     void SetFaceAndBorder() {
-        const MetaFace face{.Enable = in_.UpTo(4),
-                            .Color1 = in_.Byte() * 0x010203U,
-                            .Color2 = in_.Byte() * 0x010203U,
-                            .GradType = in_.UpTo(9),
-                            .Alpha = in_.Byte(),
-                            .BlurRadius = in_.UpTo(12) - 2};
+        const MetaFace face{in_.UpTo(4), in_.Byte() * 0x010203U, in_.Byte() * 0x010203U, in_.UpTo(9),
+                            in_.Byte(),  in_.UpTo(12) - 2};
         title_.SetDefaultFace(&face);
-        const MetaBorder border{.Enable = in_.UpTo(4),
-                                .Size = in_.UpTo(14) - 2,
-                                .Color1 = face.Color2,
-                                .Color2 = face.Color1,
-                                .GradType = in_.UpTo(9),
-                                .Alpha = in_.Byte(),
-                                .BlurRadius = in_.UpTo(12) - 2};
+        const MetaBorder border{in_.UpTo(4), in_.UpTo(14) - 2, face.Color2,     face.Color1,
+                                in_.UpTo(9), in_.Byte(),       in_.UpTo(12) - 2};
         title_.SetDefaultBorder(&border);
     }
     void SetShadow() {
-        const MetaShadow shadow{.EnableFace = in_.UpTo(2),
-                                .EnableBorder = in_.UpTo(2),
-                                .Color1 = in_.Byte(),
-                                .Color2 = in_.Byte(),
-                                .GradType = in_.UpTo(9),
-                                .Alpha = in_.Byte(),
-                                .BlurRadius = in_.UpTo(12) - 2,
-                                .OffsetX = SmallSize(),
-                                .OffsetY = SmallSize(),
-                                .Height = in_.UpTo(2)};
+        const MetaShadow shadow{in_.UpTo(2), in_.UpTo(2),      in_.Byte(),  in_.Byte(),  in_.UpTo(9),
+                                in_.Byte(),  in_.UpTo(12) - 2, SmallSize(), SmallSize(), in_.UpTo(2)};
         title_.SetDefaultShadow(&shadow);
     }
-    void SetSpacingAndParagraph() {
+    void SetSpacing() {
         const CharSpacing spacing{.WidthScale = in_.UpTo(3) == 0 ? SmallSize() / 16 : 1, .Spacing = in_.Length()};
         title_.SetDefaultCharSpacing(&spacing);
-        const ParagraphSpec paragraph{.Align = in_.Byte(),
-                                      .LineSpace = in_.Length(),
-                                      .BeforeSpace = in_.Length(),
-                                      .AfterSpace = in_.Length(),
-                                      .LeftIndent = in_.Length(),
-                                      .RightIndent = in_.Length()};
+        const ParagraphSpec paragraph{in_.Byte(), in_.Length(), in_.Length(), in_.Length(), in_.Length(), in_.Length()};
         title_.SetDefaultParagraph(&paragraph);
     }
+    /// Any effect, none, or one that nobody knows.
+    std::string_view EffectName() {
+        const std::span<const PathCatalogEntry> effects = PathCatalog();
+        const auto n = static_cast<size_t>(in_.Byte()) % (effects.size() + 3);
+        constexpr std::string_view kOthers[] = {"", "PATH_NONE", "PATH_SCROLLNRESIZE"};
+        return n < effects.size() ? std::string_view(effects[n].PathName) : kOthers[n - effects.size()];
+    }
     void SetString() {
-        constexpr const char* kEffects[] = {"PATH_NOEFFECT", "PATH_FADE", "PATH_GLOW",
-                                            "PATH_TRANCEUP", "",          "PATH_NONE"};
         StringSpec settings{};
         settings.Left = in_.Length();
         settings.Top = in_.Length();
         settings.WidthLimit = in_.UpTo(2) == 0 ? 1e9F : in_.Length();
         settings.RotateDegree = in_.UpTo(3) == 0 ? in_.Length() : 0;
         settings.Vertical = in_.UpTo(4) == 0 ? 1 : 0;
-        SetText(settings.PathID, kEffects[in_.UpTo(6)]);
+        SetText(settings.PathID, EffectName());
         settings.PathProgress = in_.UpTo(2) == 0 ? 1 : in_.Length() / 64;
         title_.SetDefaultString(&settings);
     }
@@ -217,7 +169,7 @@ private:
         const float time = in_.Length();
         if (!IsIndexOf(strings, index) || time != time) return;
         MetaPath path{};
-        SetText(path.PathID, in_.UpTo(2) == 0 ? "PATH_FADE" : "PATH_NOEFFECT");
+        SetText(path.PathID, in_.UpTo(2) == 0 ? "PATH_FADE" : EffectName());
         path.PathProgress = in_.Length() / 64;
         At(strings, index).PathList.emplace(time, path);
     }

@@ -91,8 +91,27 @@ std::optional<Keyframe> ParseKeyframe(std::string_view text) {
 
 std::optional<float> ParseFrameRate(std::string_view text) {
     constexpr float kHighestRate = 1000.0F;
-    const auto rate = ParseNumber(text);
+    const size_t slash = text.find('/');
+    auto rate = ParseNumber(text.substr(0, slash));
+    if (slash != std::string_view::npos) {
+        const auto divisor = ParseNumber(text.substr(slash + 1));
+        rate = rate && divisor && *divisor > 0.0F ? std::optional(*rate / *divisor) : std::nullopt;
+    }
     return rate && *rate > 0.0F && *rate <= kHighestRate ? rate : std::nullopt;
+}
+
+std::optional<std::vector<Moment>> ParseMoments(std::string_view text) {
+    std::vector<Moment> moments;
+    for (size_t end = 0; end != std::string_view::npos; text.remove_prefix(std::min(end + 1, text.size()))) {
+        end = text.find(',');
+        std::string_view item = text.substr(0, end);
+        const bool isPercent = item.ends_with('%');
+        if (isPercent || item.ends_with('s')) item.remove_suffix(1);
+        const auto value = ParseNumber(item);
+        if (!value) return std::nullopt;
+        moments.push_back({*value, isPercent});
+    }
+    return moments;
 }
 
 std::optional<std::u16string> ParseText(std::string_view text) {

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace captionfx {
 
@@ -23,6 +24,14 @@ struct Keyframe {
     float progress;
 
     bool operator==(const Keyframe&) const = default;
+};
+
+/// A moment of a title: seconds, or a part of the whole.
+struct Moment {
+    float value;
+    bool isPercent = false;
+
+    bool operator==(const Moment&) const = default;
 };
 
 struct Rgb {
@@ -55,8 +64,11 @@ struct Rgb {
 /// "TIME:EFFECT:PROGRESS", such as "0.5:PATH_FADE:1"; an effect name of printable ASCII.
 [[nodiscard]] std::optional<Keyframe> ParseKeyframe(std::string_view text);
 
-/// Frames a second: above 0, up to 1000.
+/// Frames a second, such as 25 or 30000/1001: above 0, up to 1000.
 [[nodiscard]] std::optional<float> ParseFrameRate(std::string_view text);
+
+/// "0,25%,1s": at least one moment, seconds with or without an s.
+[[nodiscard]] std::optional<std::vector<Moment>> ParseMoments(std::string_view text);
 
 /// Text of a title from UTF-8. A line end, also one spelled \n, becomes CR LF, which begins a paragraph in the library;
 /// \\ is one backslash, any other backslash stands for itself.

@@ -41,14 +41,18 @@ void Canvas::Fill(const TitleRect& rect, Rgb color) {
     for (int32_t y = 0; y < Height(rect); ++y) std::fill_n(Row(rect, y), Width(rect), OpaquePixel(color));
 }
 
+void Canvas::Put(const TitleRect& rect, std::span<const uint32_t> pixels) {
+    auto row = pixels.begin();
+    for (int32_t y = 0; y < Height(rect); ++y, row += Width(rect)) std::copy_n(row, Width(rect), Row(rect, y));
+}
+
 bool Canvas::DrawFrame(IKVT_CaptionFx& title, const TitleRect& rect) {
     SetFrame(title, {Width(rect), Height(rect)}, Ground::kOpaque);
     std::vector<uint32_t> frame;
     for (int32_t y = 0; y < Height(rect); ++y) frame.insert(frame.end(), Row(rect, y), Row(rect, y) + Width(rect));
     const std::vector<uint32_t> before = frame;
-    if (title.RenderFrame(frame.data(), 0.0F) != kTitleOk) throw std::bad_alloc();
-    auto drawn = frame.cbegin();
-    for (int32_t y = 0; y < Height(rect); ++y, drawn += Width(rect)) std::copy_n(drawn, Width(rect), Row(rect, y));
+    RenderWholeFrame(title, frame.data(), 0.0F);
+    Put(rect, frame);
     return frame != before;
 }
 

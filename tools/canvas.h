@@ -1,6 +1,8 @@
 // A picture that is put together from frames of titles.
 #pragma once
 
+#include <cstdint>
+#include <span>
 #include <utility>
 
 #include <captionfx/caption_fx.h>
@@ -18,8 +20,13 @@ public:
     /// Leaves the canvas without pixels.
     [[nodiscard]] PngImage TakeImage() { return std::move(image_); }
 
+    [[nodiscard]] std::span<const uint32_t> Pixels() const { return image_.pixels; }
+
     /// Rectangles lie inside the picture.
     void Fill(const TitleRect& rect, Rgb color);
+
+    /// `pixels` are as many as the rectangle has.
+    void Put(const TitleRect& rect, std::span<const uint32_t> pixels);
 
     /// Draws a frame of the title, whose ground must be opaque, over the rectangle. Returns whether that changed a
     /// pixel. Throws std::bad_alloc.

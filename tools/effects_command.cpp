@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/effect_gallery.h"
 #include "tools/effect_list.h"
 #include "tools/effect_sheet.h"
 #include "tools/option_value.h"
@@ -53,14 +54,14 @@ void List(const std::vector<EffectInfo>& effects) {
     if (!std::cout.flush()) throw std::runtime_error("cannot write the list to standard output");
 }
 
-void DrawSheet(const std::vector<EffectInfo>& effects, const EffectsRequest& request,
-               const std::filesystem::path& picture) {
+SheetLook LookOf(const EffectsRequest& request, FrameSize usualCell) {
+    return {.text = request.text, .fontName = request.fontName, .cell = request.cell.value_or(usualCell)};
+}
+
+void DrawSheet(const std::vector<EffectInfo>& effects, const EffectsRequest& request) {
     constexpr FrameSize kSmall{160, 90}, kLarge{320, 180};
-    const PngImage sheet =
-        DrawEffectSheet(effects, {.text = request.text,
-                                  .fontName = request.fontName,
-                                  .cell = request.cell.value_or(request.effectClass ? kLarge : kSmall)});
-    WritePng(picture, sheet.pixels, sheet.width, sheet.height);
+    const PngImage sheet = DrawEffectSheet(effects, LookOf(request, request.effectClass ? kLarge : kSmall));
+    WritePng(*request.sheet, sheet.pixels, sheet.width, sheet.height);
 }
 
 }  // namespace
@@ -68,27 +69,42 @@ void DrawSheet(const std::vector<EffectInfo>& effects, const EffectsRequest& req
 CLI::App* AddEffectsCommand(CLI::App& app, EffectsRequest& request) {
     CLI::App* const effects = app.add_subcommand("effects", "List the effects, or draw a contact sheet of them");
     effects->footer(
-        "The sheet shows each effect at progress 0.15, 0.35, 0.55, 0.75, 0.95 and 1. Each picture is a whole frame.");
+        "The sheet shows each effect at progress 0.15, 0.35, 0.55, 0.75, 0.95 and 1. Each picture is a whole frame.\n"
+        "The gallery is a folder with index.html and an animated picture an effect; open it in a browser.\n"
+        "\nExamples:\n"
+        "  captionfx effects --class CLASS_FLY\n"
+        "  captionfx effects --class CLASS_FLY --sheet fly.png\n"
+        "  captionfx effects --gallery effects");
     AddValue(*effects, "--class", request.effectClass, &ParseEffectClass, "a class of effects, such as CLASS_FLY",
              "Only the effects of this class, such as CLASS_FLY; the sheet shows them larger");
     CLI::Option* const sheet =
         effects->add_option("--sheet", request.sheet, "Draw a contact sheet into this PNG file instead of the list");
+    CLI::Option* const gallery =
+        effects->add_option("--gallery", request.gallery, "Write a page with moving pictures into this folder instead");
+    sheet->excludes(gallery);
     AddValue(*effects, "--text", request.text, &ParseText, "valid UTF-8",
-             "The text of the sheet, UTF-8; \\n begins a paragraph [CaptionFx]")
-        ->needs(sheet);
+             "The text of the pictures, UTF-8; \\n begins a paragraph [CaptionFx]");
     AddValue(*effects, "--font", request.fontName, &ParseFontName, "a font name of 1 to 31 characters",
-             "Font family of the text [DejaVu Sans]")
-        ->needs(sheet);
+             "Font family of the text [DejaVu Sans]");
     AddValue(*effects, "--cell", request.cell, &ParseCellSize, "a size such as 320x180, sides 32 to 640",
-             "Size of one picture [160x90, with --class 320x180]")
-        ->needs(sheet);
+             "Size of one picture [160x90, with --class 320x180, in the gallery 320x180]");
+    effects->add_flag("--quiet", request.isQuiet, "Say nothing of the gallery's progress")->needs(gallery);
+    effects->callback([effects, sheet, gallery] {
+        for (const char* const name : {"--text", "--font", "--cell"}) {
+            if (effects->count(name) > 0 && sheet->count() + gallery->count() == 0)
+                throw CLI::RequiresError(name, "--sheet or --gallery");
+        }
+    });
     return effects;
 }
 
 void ListOrDrawEffects(const EffectsRequest& request) {
+    constexpr FrameSize kGalleryCell{320, 180};
     const std::vector<EffectInfo> effects = EffectsOf(request.effectClass);
-    if (request.sheet) {
-        DrawSheet(effects, request, *request.sheet);
+    if (request.gallery) {
+        WriteEffectGallery(effects, LookOf(request, kGalleryCell), *request.gallery, request.isQuiet);
+    } else if (request.sheet) {
+        DrawSheet(effects, request);
     } else {
         List(effects);
     }

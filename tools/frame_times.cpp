@@ -2,14 +2,22 @@
 
 #include <algorithm>
 #include <cmath>
-#include <regex>
+#include <string_view>
 
 namespace captionfx {
 namespace {
 
-const std::regex& NumberPlace() {
-    static const std::regex place("%(?:0([1-9]))?d");
-    return place;
+/// The place of a frame number at the beginning of a text: "%d", or "%04d" with a least width of 1 to 9.
+struct NumberPlace {
+    size_t length = 0;  ///< 0 where there is none.
+    size_t width = 0;
+};
+
+NumberPlace PlaceAt(std::string_view text) {
+    if (text.starts_with("%d")) return {.length = 2, .width = 0};
+    const bool hasWidth =
+        text.size() >= 4 && text.starts_with("%0") && text[2] >= '1' && text[2] <= '9' && text[3] == 'd';
+    return hasWidth ? NumberPlace{.length = 4, .width = static_cast<size_t>(text[2] - '0')} : NumberPlace{};
 }
 
 }  // namespace
@@ -27,28 +35,29 @@ float FrameTime(float from, float rate, int32_t index) {
 }
 
 bool IsFramePattern(const std::string& pattern) {
-    const std::string rest = std::regex_replace(pattern, std::regex("%%"), "");
-    const auto places =
-        std::distance(std::sregex_iterator(rest.begin(), rest.end(), NumberPlace()), std::sregex_iterator());
-    return places == 1 && std::ranges::count(rest, '%') == 1;
+    int places = 0;
+    for (std::string_view rest = pattern; !rest.empty();) {
+        const NumberPlace place = PlaceAt(rest);
+        const bool isPercent = rest.starts_with("%%");
+        if (rest.front() == '%' && place.length == 0 && !isPercent) return false;
+        places += place.length > 0 ? 1 : 0;
+        rest.remove_prefix(isPercent ? 2 : std::max<size_t>(place.length, 1));
+    }
+    return places == 1;
 }
 
 std::filesystem::path FrameFile(const std::string& pattern, int32_t index) {
     std::string file;
-    for (size_t i = 0; i < pattern.size(); ++i) {
-        std::smatch place;
-        if (pattern.compare(i, 2, "%%") == 0) {
-            file += '%';
-            ++i;
-        } else if (std::regex_search(pattern.begin() + static_cast<std::ptrdiff_t>(i), pattern.end(), place,
-                                     NumberPlace(), std::regex_constants::match_continuous)) {
+    for (std::string_view rest = pattern; !rest.empty();) {
+        const NumberPlace place = PlaceAt(rest);
+        const bool isPercent = rest.starts_with("%%");
+        if (place.length > 0) {
             const std::string digits = std::to_string(index);
-            const size_t width = place[1].matched ? static_cast<size_t>(std::stoi(place[1])) : 0;
-            file += std::string(width - std::min(width, digits.size()), '0') + digits;
-            i += static_cast<size_t>(place.length()) - 1;
+            file.append(place.width - std::min(place.width, digits.size()), '0').append(digits);
         } else {
-            file += pattern[i];
+            file += rest.front();
         }
+        rest.remove_prefix(isPercent ? 2 : std::max<size_t>(place.length, 1));
     }
     return file;
 }

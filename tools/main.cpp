@@ -8,9 +8,14 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/console.h"
+#include "tools/convert_command.h"
 #include "tools/effects_command.h"
+#include "tools/fonts_command.h"
+#include "tools/interrupt.h"
+#include "tools/preview_command.h"
 #include "tools/render_command.h"
 #include "tools/show_command.h"
+#include "tools/video/av_handles.h"
 
 namespace captionfx {
 namespace {
@@ -19,13 +24,25 @@ constexpr int kWrongArguments = 2;
 
 int RunCommandLine(int argc, const char* const* argv) {
     CLI::App app("Animated text titles for video", "captionfx");
+    app.footer(
+        "Examples:\n"
+        "  captionfx render --text \"Hello\" -o hello.png\n"
+        "  captionfx render title.xml --over holiday.mp4 -o titled.mp4\n"
+        "  captionfx effects --gallery effects\n"
+        "'captionfx render --help' and the like tell more; so does the manual, 'man captionfx'.");
     app.set_version_flag("--version", "captionfx " CAPTIONFX_VERSION);
     RenderRequest renderRequest;
     ShowRequest showRequest;
     EffectsRequest effectsRequest;
+    PreviewRequest previewRequest;
+    FontsRequest fontsRequest;
+    ConvertRequest convertRequest;
     const CLI::App* const render = AddRenderCommand(app, renderRequest);
+    const CLI::App* const preview = AddPreviewCommand(app, previewRequest);
     const CLI::App* const show = AddShowCommand(app, showRequest);
     const CLI::App* const effects = AddEffectsCommand(app, effectsRequest);
+    const CLI::App* const fonts = AddFontsCommand(app, fontsRequest);
+    const CLI::App* const convert = AddConvertCommand(app, convertRequest);
 
     try {
         app.parse(argc, argv);
@@ -41,9 +58,14 @@ int RunCommandLine(int argc, const char* const* argv) {
         PrintLine("a command is needed, such as 'captionfx render' (see 'captionfx --help')");
         return kWrongArguments;
     }
+    CatchInterrupts();
+    av_log_set_level(AV_LOG_QUIET);  // its failures are told once, as exceptions
     if (render->parsed()) Render(renderRequest);
+    if (preview->parsed()) Preview(previewRequest);
+    if (fonts->parsed()) ListFonts(fontsRequest);
     if (show->parsed()) Show(showRequest);
     if (effects->parsed()) ListOrDrawEffects(effectsRequest);
+    if (convert->parsed()) Convert(convertRequest);
     return EXIT_SUCCESS;
 }
 
@@ -53,9 +75,13 @@ int RunCommandLine(int argc, const char* const* argv) {
 int main(int argc, char** argv) {
     try {
         return captionfx::RunCommandLine(argc, argv);
+    } catch (const captionfx::Interrupted&) {
+        captionfx::DieOfInterrupt();
     } catch (const std::bad_alloc&) {
         captionfx::PrintLine("not enough memory; a smaller frame or less text needs less");
     } catch (const std::exception& error) {
+        // An interruption that met libav in the middle of a file comes back as its failure to write on.
+        if (captionfx::IsInterrupted()) captionfx::DieOfInterrupt();
         captionfx::PrintLine(error.what());
     }
     return EXIT_FAILURE;

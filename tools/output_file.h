@@ -18,6 +18,8 @@ public:
     ~OutputFile();
 
     [[nodiscard]] std::FILE* Stream() const { return file_.get(); }
+    /// Where the bytes go until they are finished, for a library that opens files itself.
+    [[nodiscard]] const std::filesystem::path& Path() const { return temporary_.empty() ? path_ : temporary_; }
     void Write(const void* bytes, size_t size);
     /// Closes the file and gives it its name.
     void Finish();

@@ -1,67 +1,24 @@
 #include "tools/render_command.h"
 
-#include <algorithm>
-#include <cstddef>
-#include <new>
-#include <span>
+#include <cmath>
+#include <stdexcept>
+#include <string>
+#include <string_view>
 #include <tuple>
-#include <vector>
 
-#include <captionfx/caption_fx.h>
-
-#include "tools/colors.h"
-#include "tools/console.h"
 #include "tools/frame_times.h"
 #include "tools/option_value.h"
-#include "tools/output_file.h"
-#include "tools/png_file.h"
-#include "tools/title_file.h"
-#include "tools/title_handle.h"
-#include "tools/title_setup.h"
+#include "tools/render_output.h"
+#include "tools/video/output_format.h"
 
 namespace captionfx {
 namespace {
 
-/// Draws one frame over the ground. Returns whether any pixel differs from it.
-bool DrawFrame(IKVT_CaptionFx& title, float time, uint32_t ground, std::span<uint32_t> pixels) {
-    std::ranges::fill(pixels, ground);
-    if (title.RenderFrame(pixels.data(), time) != kTitleOk) throw std::bad_alloc();
-    // Not the dirty rectangle: it keeps a rim around text that left no ink.
-    return std::ranges::any_of(pixels, [ground](uint32_t pixel) { return pixel != ground; });
-}
-
-void WriteFrames(IKVT_CaptionFx& title, const RenderRequest& request) {
-    const uint32_t ground = request.background ? OpaquePixel(*request.background) : 0;
-    const auto [width, height] = request.frame;
-    std::vector<uint32_t> pixels(static_cast<size_t>(width) * static_cast<size_t>(height));
-    bool isDrawn = false;
-    if (request.from) {
-        const std::string pattern = request.output.string();
-        if (request.output.has_parent_path()) std::filesystem::create_directories(request.output.parent_path());
-        const int32_t count = FrameCount(*request.from, *request.to, *request.rate);
-        for (int32_t i = 0; i < count; ++i) {
-            isDrawn = DrawFrame(title, FrameTime(*request.from, *request.rate, i), ground, pixels) || isDrawn;
-            WritePng(FrameFile(pattern, i), pixels, width, height);
-        }
-    } else {
-        isDrawn = DrawFrame(title, request.time, ground, pixels);
-        WritePng(request.output, pixels, width, height);
-    }
-    if (!isDrawn) PrintLine("note: nothing was drawn");
-}
-
-/// The library's own file would do, but its failure would be told twice: here and in the debug output.
-void SaveTitle(IKVT_CaptionFx& title, const std::filesystem::path& path) {
-    uint32_t size = 0;
-    std::vector<char16_t> text;
-    if (title.SaveToBuffer(nullptr, &size) == kTitleOk) text.resize(size / sizeof(char16_t));
-    if (text.empty() || title.SaveToBuffer(text.data(), &size) != kTitleOk) throw std::bad_alloc();
-    constexpr char16_t kByteOrderMark = 0xFEFF;
-    text.insert(text.begin(), kByteOrderMark);
-    text.pop_back();  // the terminating zero
-    OutputFile file(path);
-    file.Write(text.data(), text.size() * sizeof(char16_t));
-    file.Finish();
+std::optional<int32_t> ParseJobs(std::string_view text) {
+    constexpr float kMost = 64.0F;
+    const std::optional<float> jobs = ParseNumber(text);
+    if (!jobs || *jobs < 1.0F || *jobs > kMost || *jobs != std::floor(*jobs)) return std::nullopt;
+    return static_cast<int32_t>(*jobs);
 }
 
 void AddTypedOptions(CLI::App& render, TypedTitle& typed) {
@@ -91,6 +48,23 @@ void AddTypedOptions(CLI::App& render, TypedTitle& typed) {
         ->group("A typed title");
 }
 
+void CheckSequence(const RenderRequest& request) {
+    const std::string output = request.output.string();
+    if (request.output.extension() == ".png" && !IsFramePattern(output))
+        throw CLI::ValidationError("--output", "'" + output +
+                                                   "' is one picture, and this is a sequence: give it a place for the "
+                                                   "frame number, such as frames/%04d.png, or write an .apng");
+    if (!IsFramePattern(output)) {
+        try {
+            static_cast<void>(FormatOf(request.output, request.format));
+        } catch (const std::runtime_error& error) {
+            throw CLI::ValidationError("--output", error.what());
+        }
+    }
+    if (request.to && FrameCount(request.from.value_or(0.0F), *request.to, request.rate.value_or(kUsualRate)) == 0)
+        throw CLI::ValidationError("--to", "the sequence ends before it begins, or has more than ten million frames");
+}
+
 /// What no single option can see.
 void CheckTogether(const RenderRequest& request, bool hasText) {
     if (request.titleFile.empty() && !hasText)
@@ -100,56 +74,71 @@ void CheckTogether(const RenderRequest& request, bool hasText) {
                                    "'" + request.titleFile.string() + "' and --text are two titles: one is drawn");
     if (request.output.empty() && request.saveAs.empty())
         throw CLI::ValidationError("--output or --save is needed: where does the result go?");
-    if (!request.from) return;
-    if (!IsFramePattern(request.output.string()))
-        throw CLI::ValidationError("--output", "'" + request.output.string() +
-                                                   "' needs a place for the frame number, such as frames/%04d.png");
-    if (FrameCount(*request.from, *request.to, *request.rate) == 0)
-        throw CLI::ValidationError("--to", "the sequence ends before it begins, or has more than ten million frames");
+    if (!request.over.empty() && request.output.empty()) throw CLI::ValidationError("--over", "needs --output");
+    if (request.output.empty() || !IsSequence(request)) return;
+    CheckSequence(request);
+}
+
+void AddSequenceOptions(CLI::App& render, RenderRequest& request, CLI::Option* at) {
+    constexpr const char* kGroup = "A sequence";
+    const auto add = [&](const char* name, auto& target, auto parse, const char* expected, const char* help) {
+        return AddValue(render, name, target, parse, expected, help)->group(kGroup);
+    };
+    CLI::Option* const from = add("--from", request.from, &ParseNumber, "a finite number", "First time [0]");
+    CLI::Option* const to = add("--to", request.to, &ParseNumber, "a finite number",
+                                "End, which is not drawn [the last keyframe of the title]");
+    CLI::Option* const rate = add("--fps", request.rate, &ParseFrameRate, "a number above 0, up to 1000",
+                                  "Frames a second, such as 25 or 30000/1001 [25]");
+    CLI::Option* const over =
+        render.add_option("--over", request.over, "Draw onto this video: its size, times, colours and sound are kept")
+            ->group(kGroup);
+    render.add_flag("--no-audio", request.dropsSound, "Leave the sound of that video out")->needs(over)->group(kGroup);
+    for (CLI::Option* const option : {from, to, rate}) option->excludes(at)->excludes(over);
+    over->excludes(at);
+    render.add_option("--format", request.format, "Of a .mov: prores or animation [prores]; of -o -: bgra or y4m")
+        ->group(kGroup);
+    add("--jobs", request.jobs, &ParseJobs, "a whole number, 1 to 64",
+        "How many frames are drawn at once [as many as there are processors]");
+    render.add_flag("--quiet", request.isQuiet, "Say nothing of the progress")->group(kGroup);
 }
 
 }  // namespace
 
 CLI::App* AddRenderCommand(CLI::App& app, RenderRequest& request) {
-    CLI::App* const render = app.add_subcommand("render", "Render frames of a title to PNG files");
+    CLI::App* const render = app.add_subcommand("render", "Render a title to pictures or to a video");
     render->footer(
+        "The ending of the file says what is written: .png (one picture, or with a place for the frame number a\n"
+        "sequence), .apng, .webp, .gif, .mp4 (H.264, opaque), .webm (VP9), .mov (ProRes 4444 or QuickTime Animation).\n"
         "Lengths and positions are pixels, times are seconds. What is not asked for has the library's built-in look:\n"
-        "a white face, a thin red border, a soft shadow.");
-    render->add_option("title", request.titleFile, "A title as XML; or a typed title:");
+        "a white face, a thin red border, a soft shadow.\n"
+        "\nExamples:\n"
+        "  captionfx render --text \"Hello\" -o hello.png\n"
+        "  captionfx render title.xml --background 203050 -o title.mp4\n"
+        "  captionfx render title.xml --over holiday.mp4 -o holiday-titled.mp4\n"
+        "  captionfx render title.xml --to 3 --fps 30 -o frames/%04d.png\n"
+        "  captionfx render title.xml --background 000000 --format y4m -o - | player -");
+    render->add_option("title", request.titleFile, "A title script, a title as XML, or subtitles; or a typed title:");
     AddTypedOptions(*render, request.typed);
 
     CLI::Option* const at =
-        AddValue(*render, "--at", request.time, &ParseNumber, "a finite number", "Time of the frame [0]");
-    CLI::Option* const from =
-        AddValue(*render, "--from", request.from, &ParseNumber, "a finite number", "First time of a sequence");
-    CLI::Option* const to =
-        AddValue(*render, "--to", request.to, &ParseNumber, "a finite number", "Its end, which is not drawn");
-    CLI::Option* const rate = AddValue(*render, "--fps", request.rate, &ParseFrameRate, "a number above 0, up to 1000",
-                                       "Its frames a second");
-    from->needs(to)->needs(rate)->excludes(at);
-    to->needs(from);
-    rate->needs(from);
-    AddValue(*render, "--frame", request.frame, &ParseFrameSize, "a size such as 1280x720, sides 1 to 16384",
-             "Size of the frame [1280x720]");
-    AddValue(*render, "--background", request.background, &ParseColor, "a colour RRGGBB, such as 102030",
-             "Colour of an opaque ground [transparent]");
+        AddValue(*render, "--at", request.time, &ParseNumber, "a finite number", "Time of a single picture [0]");
+    AddSequenceOptions(*render, request, at);
+    CLI::Option* const frame =
+        AddValue(*render, "--frame", request.frame, &ParseFrameSize, "a size such as 1280x720, sides 1 to 16384",
+                 "Size of the frame [that of the title, or 1280x720]");
+    CLI::Option* const background =
+        AddValue(*render, "--background", request.background, &ParseColor, "a colour RRGGBB, such as 102030",
+                 "Colour of an opaque ground [transparent]");
+    for (CLI::Option* const option : {frame, background}) option->excludes(render->get_option("--over"));
     render->add_option("-o,--output", request.output,
-                       "The PNG file to write; of a sequence, a pattern such as frames/%04d.png");
+                       "The file to write; of a sequence of pictures, a pattern such as frames/%04d.png; - for a pipe");
     render->add_option("--save", request.saveAs, "Also write the title as XML");
     render->callback([render, &request] { CheckTogether(request, render->count("--text") > 0); });
     return render;
 }
 
 void Render(const RenderRequest& request) {
-    const TitleHandle title = MakeTitle();
-    SetFrame(*title, request.frame, request.background ? Ground::kOpaque : Ground::kTransparent);
-    if (request.titleFile.empty()) {
-        AddTypedTitle(*title, request.typed, request.frame);
-    } else {
-        TitleFile(request.titleFile).LoadInto(*title);
-    }
-    if (!request.saveAs.empty()) SaveTitle(*title, request.saveAs);
-    if (!request.output.empty()) WriteFrames(*title, request);
+    WriteOutput(request);
 }
 
 }  // namespace captionfx

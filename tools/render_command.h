@@ -1,9 +1,10 @@
-// `captionfx render`: frames of a typed title or of a title file, as PNG files.
+// `captionfx render`: frames of a typed title or of a title file, as pictures or as a video.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
-#include <vector>
+#include <string>
 
 #include <CLI/CLI.hpp>
 
@@ -17,11 +18,16 @@ struct RenderRequest {
     std::filesystem::path titleFile;  ///< Empty: the typed title.
     TypedTitle typed;
     float time = 0.0F;
-    std::optional<float> from, to, rate;  ///< All three or none: a sequence.
-    FrameSize frame{1280, 720};
-    std::optional<Rgb> background;  ///< Without one the frame is transparent.
-    std::filesystem::path output;   ///< Of a sequence, a pattern such as frames/%04d.png. Empty: no picture.
-    std::filesystem::path saveAs;   ///< Where the title goes as XML; empty: nowhere.
+    std::optional<float> from, to, rate;  ///< Of a sequence: its end is not drawn.
+    std::filesystem::path over;           ///< A video to draw onto; empty: a plain ground.
+    bool dropsSound = false;              ///< Of that video.
+    std::string format;                   ///< Where the name of the output leaves a choice.
+    std::optional<int32_t> jobs;          ///< Frames drawn at once; without one as many as there are processors.
+    bool isQuiet = false;
+    std::optional<FrameSize> frame;  ///< Without one the title's own, or 1280x720.
+    std::optional<Rgb> background;   ///< Without one the frame is transparent.
+    std::filesystem::path output;    ///< Of PNG files, a pattern such as frames/%04d.png. Empty: no picture.
+    std::filesystem::path saveAs;    ///< Where the title goes as XML; empty: nowhere.
 };
 
 /// Adds the command to `app`. Parsing fills `request`, which must outlive it.

@@ -1,8 +1,6 @@
 #include "tools/show_command.h"
 
-#include <array>
 #include <cmath>
-#include <cstdio>
 #include <functional>
 #include <iostream>
 #include <span>
@@ -12,20 +10,14 @@
 
 #include <captionfx/caption_fx.h>
 
+#include "tools/format.h"
 #include "tools/text_encoding.h"
 #include "tools/title_file.h"
 #include "tools/title_handle.h"
+#include "tools/title_source.h"
 
 namespace captionfx {
 namespace {
-
-/// Formats as printf does, for what a stream would need many words for.
-template <class... Values>
-std::string Format(const char* format, Values... values) {
-    std::array<char, 256> text{};
-    std::snprintf(text.data(), text.size(), format, values...);
-    return text.data();
-}
 
 double Wide(float value) {
     return static_cast<double>(value);
@@ -47,25 +39,6 @@ std::string FillOf(uint32_t color1, uint32_t color2, int32_t gradient, int32_t a
 
 std::string RectOf(const TitleRectF& rect) {
     return Format("%g x %g at (%g, %g)", Wide(rect.width), Wide(rect.height), Wide(rect.x), Wide(rect.y));
-}
-
-/// Text on one line: controls are escaped as C does.
-std::string Quoted(std::u16string_view text) {
-    std::string quoted = "\"";
-    for (const char c : Utf8FromUtf16(text)) {
-        if (c == '\r') {
-            quoted += "\\r";
-        } else if (c == '\n') {
-            quoted += "\\n";
-        } else if (c == '"' || c == '\\') {
-            quoted += std::string("\\") + c;
-        } else if (static_cast<unsigned char>(c) < ' ') {
-            quoted += Format("\\x%02X", static_cast<unsigned>(static_cast<unsigned char>(c)));
-        } else {
-            quoted += c;
-        }
-    }
-    return quoted + "\"";
 }
 
 /// One string of a title, with what its file alone knows.
@@ -100,7 +73,7 @@ private:
         std::cout << Format("string %d: ", index_) << RectOf(rect)
                   << Format(", %d characters, %d lines, %d paragraphs\n", count_, title_.GetLineCount(index_),
                             title_.GetParagraphCount(index_));
-        std::cout << "  text      " << Quoted(text_) << '\n';
+        std::cout << "  text      " << QuotedLine(text_) << '\n';
         std::cout << Format("  settings  rotation %g, %s", Wide(settings.RotateDegree),
                             settings.Vertical != 0 ? "vertical" : "horizontal");
         constexpr float kNoLimit = 1e9F;
@@ -173,17 +146,21 @@ private:
 
 CLI::App* AddShowCommand(CLI::App& app, ShowRequest& request) {
     CLI::App* const show = app.add_subcommand("show", "Show what a title file holds");
-    show->add_option("title", request.titleFile, "A title as XML")->required();
+    show->footer("Example:\n  captionfx show title.xml");
+    show->add_option("title", request.titleFile, "A title script, a title as XML, or subtitles")->required();
     return show;
 }
 
 void Show(const ShowRequest& request) {
-    const TitleFile file(request.titleFile);
     const TitleHandle title = MakeTitle();
-    file.LoadInto(*title);
-    const std::vector<FileString> strings = file.Strings();
-    std::cout << request.titleFile.string() << ": " << strings.size()
-              << (strings.size() == 1 ? " string\n" : " strings\n");
+    SetSourceFrame(*title, {}, {}, Ground::kTransparent);
+    const TitleSource source = LoadTitle(*title, request.titleFile);
+    const std::vector<FileString>& strings = source.strings;
+    std::cout << request.titleFile.string() << ": " << strings.size() << (strings.size() == 1 ? " string" : " strings");
+    if (source.frame) std::cout << Format(", frame %dx%d", source.frame->width, source.frame->height);
+    if (source.scale != 1.0F) std::cout << Format(", scale %g", Wide(source.scale));
+    if (source.duration > 0.0F) std::cout << Format(", %g s", Wide(source.duration));
+    std::cout << '\n';
     for (size_t i = 0; i < strings.size(); ++i) StringReport(*title, static_cast<int32_t>(i), strings[i]).Print();
 }
 

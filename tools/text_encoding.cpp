@@ -3,6 +3,8 @@
 #include <iterator>
 #include <utf8.h>
 
+#include "tools/format.h"
+
 namespace captionfx {
 
 std::optional<std::u16string> Utf16FromUtf8(std::string_view text) {
@@ -28,6 +30,24 @@ std::string Utf8FromUtf16(std::u16string_view text) {
         }
     }
     return result;
+}
+
+std::string QuotedLine(std::u16string_view text) {
+    std::string quoted = "\"";
+    for (const char c : Utf8FromUtf16(text)) {
+        if (c == '\r') {
+            quoted += "\\r";
+        } else if (c == '\n') {
+            quoted += "\\n";
+        } else if (c == '"' || c == '\\') {
+            quoted += std::string("\\") + c;
+        } else if (static_cast<unsigned char>(c) < ' ') {
+            quoted += Format("\\x%02X", static_cast<unsigned>(static_cast<unsigned char>(c)));
+        } else {
+            quoted += c;
+        }
+    }
+    return quoted + "\"";
 }
 
 }  // namespace captionfx

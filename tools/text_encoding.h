@@ -13,6 +13,9 @@ namespace captionfx {
 /// A surrogate without its other half becomes U+FFFD.
 [[nodiscard]] std::string Utf8FromUtf16(std::u16string_view text);
 
+/// Text between quotes on one line, as UTF-8: controls are escaped as C does.
+[[nodiscard]] std::string QuotedLine(std::u16string_view text);
+
 /// Text of a record's field, up to its zero or its end.
 template <size_t N>
 [[nodiscard]] std::string Utf8FromField(const char16_t (&field)[N]) {

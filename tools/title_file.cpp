@@ -5,8 +5,6 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <new>
 #include <optional>
@@ -14,10 +12,13 @@
 #include <stdexcept>
 #include <string_view>
 
+#include <libxml/SAX2.h>
 #include <libxml/parser.h>
-#include <libxml/tree.h>
 
+#include "tools/input_file.h"
+#include "tools/output_file.h"
 #include "tools/text_encoding.h"
+#include "tools/title_nodes.h"
 
 namespace captionfx {
 namespace {
@@ -40,39 +41,14 @@ struct FirstError {
     }
 };
 
-const xmlChar* XmlText(const char* text) {
-    return reinterpret_cast<const xmlChar*>(text);
-}
-
-bool IsElement(const xmlNode& node, std::string_view name) {
-    return node.type == XML_ELEMENT_NODE && name == reinterpret_cast<const char*>(node.name);
-}
-
-xmlNode* ChildOf(const xmlNode* parent, std::string_view name) {
-    xmlNode* child = parent == nullptr ? nullptr : parent->children;
-    while (child != nullptr && !IsElement(*child, name)) child = child->next;
-    return child;
-}
-
-std::vector<xmlNode*> ItemsOf(const xmlNode* list, std::string_view name) {
-    std::vector<xmlNode*> items;
-    for (xmlNode* child = list == nullptr ? nullptr : list->children; child != nullptr; child = child->next) {
-        if (IsElement(*child, name)) items.push_back(child);
-    }
-    return items;
-}
-
-std::string AttributeOf(const xmlNode* node, const char* name) {
-    const std::unique_ptr<xmlChar, decltype(xmlFree)> text(xmlGetNoNsProp(node, XmlText(name)), xmlFree);
-    return text ? reinterpret_cast<const char*>(text.get()) : "";
-}
-
-/// The number that a text begins with, 0 without one; nothing for one that is not finite.
-std::optional<float> FiniteNumber(std::string_view text) {
-    float value = 0;
-    const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error == std::errc::result_out_of_range || !std::isfinite(value)) return std::nullopt;
-    return value;
+/// The library refuses entities, which can keep a parser busy for hours.
+void RefuseEntity(void* context, const xmlChar* /*name*/, int /*type*/, const xmlChar* /*publicId*/,
+                  const xmlChar* /*systemId*/, xmlChar* /*content*/) {
+    auto* const parser = static_cast<xmlParserCtxt*>(context);
+    auto& error = *static_cast<FirstError*>(parser->_private);
+    error.place = std::to_string(xmlSAX2GetLineNumber(parser)) + ":" + std::to_string(xmlSAX2GetColumnNumber(parser));
+    error.reason = "declares an entity, which no title may";
+    xmlStopParser(parser);
 }
 
 [[noreturn]] void Fail(const std::filesystem::path& path, const std::string& place, const std::string& reason) {
@@ -82,8 +58,9 @@ std::optional<float> FiniteNumber(std::string_view text) {
 /// Where a fault is: all of a title often stands on one line, so that elements count more than lines.
 std::string PlaceOf(const xmlNode& node, size_t string, size_t item) {
     std::string place = std::to_string(xmlGetLineNo(&node)) + ": string " + std::to_string(string);
-    if (!IsElement(node, "MetaString"))
-        place += ", " + std::string(reinterpret_cast<const char*>(node.name)) + " " + std::to_string(item);
+    if (!IsElement(node, "MetaString")) {
+        place.append(", ").append(reinterpret_cast<const char*>(node.name)).append(" ").append(std::to_string(item));
+    }
     return place;
 }
 
@@ -116,8 +93,9 @@ void CheckStyles(const std::filesystem::path& path, const xmlNode& character, si
         const std::string text = AttributeOf(&character, name.c_str());
         const long index = Integer(text);
         if (index < 0 || static_cast<size_t>(index) >= count) {
-            Fail(path, PlaceOf(character, string, item),
-                 name + " '" + text + "' names none of the " + std::to_string(count) + " items of its list");
+            std::string reason = name;
+            reason.append(" '").append(text).append("' names none of the ").append(std::to_string(count));
+            Fail(path, PlaceOf(character, string, item), reason.append(" items of its list"));
         }
     }
 }
@@ -141,10 +119,6 @@ void CheckString(const std::filesystem::path& path, const xmlNode& node, size_t 
     }
 }
 
-std::vector<xmlNode*> StringNodes(const xmlDoc* document) {
-    return ItemsOf(ChildOf(xmlDocGetRootElement(document), "StringList"), "MetaString");
-}
-
 /// The face name inside a font record: 32 UTF-16 units from byte 28 on, as hexadecimal digits, lower byte first.
 std::string FaceNameOf(const std::string& logFont) {
     constexpr size_t kNameAt = 28, kUnits = 32;
@@ -165,12 +139,7 @@ std::string FaceNameOf(const std::string& logFont) {
 
 FileString FileStringOf(const xmlNode* node) {
     FileString string;
-    for (const xmlNode* const key : ItemsOf(ChildOf(node, "PathList"), "MetaPath")) {
-        string.keys.push_back({.time = FiniteNumber(AttributeOf(key, "KeyFrame")).value_or(0.0F),
-                               .effect = AttributeOf(key, "PathID"),
-                               .progress = FiniteNumber(AttributeOf(key, "PathProgress")).value_or(0.0F)});
-    }
-    std::ranges::stable_sort(string.keys, {}, &Keyframe::time);
+    string.keys = KeyframesOf(*node);
     std::vector<std::string> names;
     for (const xmlNode* const font : ItemsOf(ChildOf(node, "FontList"), "MetaFont")) {
         names.push_back(FaceNameOf(AttributeOf(font, "LogFont")));
@@ -187,58 +156,83 @@ std::string Decimal(float value) {
     return {text.data(), end};
 }
 
-xmlDoc* Raw(const std::shared_ptr<void>& document) {
-    return static_cast<xmlDoc*>(document.get());
+void AddKeyframe(xmlNode* list, const Keyframe& key) {
+    xmlNode* const item = xmlNewChild(list, nullptr, XmlText("MetaPath"), nullptr);
+    xmlNewProp(item, XmlText("KeyFrame"), XmlText(Decimal(key.time).c_str()));
+    xmlNewProp(item, XmlText("PathID"), XmlText(key.effect.c_str()));
+    xmlNewProp(item, XmlText("PathProgress"), XmlText(Decimal(key.progress).c_str()));
 }
 
 }  // namespace
 
-TitleFile::TitleFile(const std::filesystem::path& path) : path_(path) {
-    std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored)) Fail(path, "", "is a folder, not a title");
-    std::ifstream file(path, std::ios::binary);
-    if (!file) Fail(path, "", "cannot be opened: " + std::generic_category().message(errno));
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-    if (bytes.empty()) Fail(path, "", "is empty");
+struct TitleFile::Document {
+    std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> Xml;
+};
 
-    const FirstError error;
-    document_.reset(xmlReadMemory(bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr,
-                                  XML_PARSE_NONET | XML_PARSE_BIG_LINES),
-                    xmlFreeDoc);
-    if (!document_) Fail(path, error.place, error.reason);
-    const xmlNode* const root = xmlDocGetRootElement(Raw(document_));
+TitleFile::TitleFile(const std::filesystem::path& path) : path_(path) {
+    const std::string bytes = ReadWholeFile(path);
+    FirstError error;
+    const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser(xmlNewParserCtxt(), &xmlFreeParserCtxt);
+    if (!parser) throw std::bad_alloc();
+    parser->_private = &error;
+    parser->sax->entityDecl = &RefuseEntity;
+    document_ = std::make_shared<const Document>(
+        Document{{xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr,
+                                    XML_PARSE_NONET | XML_PARSE_BIG_LINES),
+                  &xmlFreeDoc}});
+    if (!document_->Xml) Fail(path, error.place, error.reason);
+    const xmlNode* const root = xmlDocGetRootElement(document_->Xml.get());
     if (!IsElement(*root, "CCaptionFx"))
         Fail(path, std::to_string(xmlGetLineNo(root)), "is no title: its root is not CCaptionFx");
     size_t string = 0;
-    for (const xmlNode* const node : StringNodes(Raw(document_))) CheckString(path, *node, string++);
+    for (const xmlNode* const node : StringNodes(document_->Xml.get())) CheckString(path, *node, string++);
 }
 
 void TitleFile::LoadInto(IKVT_CaptionFx& title) const {
-    const int32_t status = title.LoadFromNode(xmlDocGetRootElement(Raw(document_)));
-    const auto count = static_cast<int32_t>(StringNodes(Raw(document_)).size());
+    const int32_t status = title.LoadFromNode(xmlDocGetRootElement(document_->Xml.get()));
+    const auto count = static_cast<int32_t>(StringNodes(document_->Xml.get()).size());
     if (status != kTitleOk || title.GetStringCount() != count) Fail(path_, "", "the library refuses this title");
 }
 
 std::vector<FileString> TitleFile::Strings() const {
     std::vector<FileString> strings;
-    for (const xmlNode* const node : StringNodes(Raw(document_))) strings.push_back(FileStringOf(node));
+    for (const xmlNode* const node : StringNodes(document_->Xml.get())) strings.push_back(FileStringOf(node));
     return strings;
 }
 
-void SetKeyframes(IKVT_CaptionFx& title, const std::vector<Keyframe>& keys) {
-    const std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> document(xmlNewDoc(nullptr), &xmlFreeDoc);
-    xmlNode* const root = xmlNewDocNode(document.get(), nullptr, XmlText("CCaptionFx"), nullptr);
-    xmlDocSetRootElement(document.get(), root);
-    xmlNode* const list =
-        title.SaveToNode(root) == kTitleOk ? ChildOf(StringNodes(document.get()).at(0), "PathList") : nullptr;
-    if (list == nullptr) throw std::bad_alloc();
-    for (const Keyframe& key : keys) {
-        xmlNode* const item = xmlNewChild(list, nullptr, XmlText("MetaPath"), nullptr);
-        xmlNewProp(item, XmlText("KeyFrame"), XmlText(Decimal(key.time).c_str()));
-        xmlNewProp(item, XmlText("PathID"), XmlText(key.effect.c_str()));
-        xmlNewProp(item, XmlText("PathProgress"), XmlText(Decimal(key.progress).c_str()));
+std::vector<FileString> StringsOf(IKVT_CaptionFx& title) {
+    const TitleDocument document = SavedNodes(title);
+    std::vector<FileString> strings;
+    for (const xmlNode* const node : StringNodes(document.get())) strings.push_back(FileStringOf(node));
+    return strings;
+}
+
+void SetKeyframes(IKVT_CaptionFx& title, const std::vector<std::vector<Keyframe>>& keys) {
+    const TitleDocument document = SavedNodes(title);
+    const std::vector<xmlNode*> strings = StringNodes(document.get());
+    for (size_t i = 0; i < keys.size(); ++i) {
+        xmlNode* const list = ChildOf(strings.at(i), "PathList");
+        if (list == nullptr) throw std::bad_alloc();
+        for (const Keyframe& key : keys[i]) AddKeyframe(list, key);
     }
-    if (title.LoadFromNode(root) != kTitleOk || title.GetStringCount() == 0) throw std::bad_alloc();
+    LoadNodes(title, document.get());
+}
+
+std::u16string TitleXml(IKVT_CaptionFx& title) {
+    uint32_t size = 0;
+    std::u16string text;
+    if (title.SaveToBuffer(nullptr, &size) == kTitleOk) text.resize(size / sizeof(char16_t));
+    if (text.empty() || title.SaveToBuffer(text.data(), &size) != kTitleOk) throw std::bad_alloc();
+    text.pop_back();  // the terminating zero
+    return text;
+}
+
+void SaveTitle(IKVT_CaptionFx& title, const std::filesystem::path& path) {
+    constexpr char16_t kByteOrderMark = 0xFEFF;
+    const std::u16string text = kByteOrderMark + TitleXml(title);
+    OutputFile file(path);
+    file.Write(text.data(), text.size() * sizeof(char16_t));
+    file.Finish();
 }
 
 }  // namespace captionfx

@@ -30,12 +30,24 @@ public:
     [[nodiscard]] std::vector<FileString> Strings() const;
 
 private:
+    struct Document;  // of the system's XML library
+
     std::filesystem::path path_;
-    std::shared_ptr<void> document_;  // as the XML library of the system has it
+    std::shared_ptr<const Document> document_;
 };
 
-/// Gives the first string of a title keyframes. Its strings are saved to XML nodes, changed there and loaded again,
-/// which is the interface's way to set keyframes.
-void SetKeyframes(IKVT_CaptionFx& title, const std::vector<Keyframe>& keys);
+/// The same of the strings of a title, face names as they are realised here.
+[[nodiscard]] std::vector<FileString> StringsOf(IKVT_CaptionFx& title);
+
+/// Gives the strings of a title keyframes, `keys[i]` to string i; strings beyond them keep theirs. The strings are
+/// saved to XML nodes, changed there and loaded again, which is the interface's way to set keyframes.
+void SetKeyframes(IKVT_CaptionFx& title, const std::vector<std::vector<Keyframe>>& keys);
+
+/// The title as an XML document.
+[[nodiscard]] std::u16string TitleXml(IKVT_CaptionFx& title);
+
+/// Writes that document to a file, UTF-16 with a byte-order mark. The library's own file would do, but its failure
+/// would be told twice: here and in the debug output.
+void SaveTitle(IKVT_CaptionFx& title, const std::filesystem::path& path);
 
 }  // namespace captionfx

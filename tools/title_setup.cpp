@@ -21,6 +21,49 @@ void SetFrame(IKVT_CaptionFx& title, FrameSize frame, Ground ground) {
     title.SetRenderSettings(&settings);
 }
 
+bool SetDirection(IKVT_CaptionFx& title, bool isVertical) {
+    StringSpec settings{};
+    title.GetStringSettings(kDefaults, &settings);
+    if ((settings.Vertical != 0) == isVertical) return false;
+    settings.Vertical = isVertical ? 1 : 0;
+    title.SetDefaultString(&settings);
+    return true;
+}
+
+bool IsVertical(IKVT_CaptionFx& title) {
+    const int32_t count = title.GetStringCount();
+    for (int32_t i = 0; i < count; ++i) {
+        StringSpec settings{};
+        title.GetStringSettings(i, &settings);
+        if (settings.Vertical == 0) return false;
+    }
+    return count > 0;
+}
+
+void SetScale(IKVT_CaptionFx& title, float scale) {
+    TitleRenderSettings settings{};
+    title.GetRenderSettings(&settings);
+    if (settings.ScaleX == scale && settings.ScaleY == scale) return;
+    settings.ScaleX = settings.ScaleY = scale;
+    title.SetRenderSettings(&settings);
+    title.FlushRenderCaches();  // the bitmaps of characters have the former scale
+}
+
+void DropKeptFrame(IKVT_CaptionFx& title) {
+    // Any output setting that changes what compositing does will do; this one changes nothing else.
+    TitleRenderSettings settings{};
+    title.GetRenderSettings(&settings);
+    const TitleRenderSettings wanted = settings;
+    settings.PostFilter = settings.PostFilter == 0 ? 1 : 0;
+    title.SetRenderSettings(&settings);
+    title.SetRenderSettings(&wanted);
+}
+
+void RenderWholeFrame(IKVT_CaptionFx& title, uint32_t* pixels, float time) {
+    if (title.GetStringCount() > 1) DropKeptFrame(title);
+    if (title.RenderFrame(pixels, time) != kTitleOk) throw std::bad_alloc();
+}
+
 void SetFont(IKVT_CaptionFx& title, const TextFont& font) {
     FontSpec settings{};
     title.GetCharFont(kDefaults, kDefaults, &settings);

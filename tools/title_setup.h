@@ -1,6 +1,7 @@
-// How the commands set up a title. Lengths are document units, which are pixels in a frame of the tool.
+// How the commands set up a title and draw it. Lengths are document units, which are pixels in a frame of the tool.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -17,6 +18,26 @@ enum class Ground { kTransparent, kOpaque };
 
 /// Sets the size of the frames and the finest edges. An opaque ground has alpha 255 everywhere.
 void SetFrame(IKVT_CaptionFx& title, FrameSize frame, Ground ground);
+
+/// Sets whether Latin letters lie on their side, as they do in vertical text. The library asks the title's default for
+/// it, not the string, when it loads, wraps and draws: so a title whose strings run both ways keeps them upright.
+/// Returns whether that changes anything; loaded strings must then be loaded again.
+bool SetDirection(IKVT_CaptionFx& title, bool isVertical);
+
+/// Whether all strings, and at least one, are vertical.
+[[nodiscard]] bool IsVertical(IKVT_CaptionFx& title);
+
+/// Sets how many pixels a document unit has, both ways.
+void SetScale(IKVT_CaptionFx& title, float scale);
+
+/// Makes the library draw the next frame, even where it has kept the picture of a title at rest. Glyphs and planes
+/// stay, which FlushRenderCaches would free too.
+void DropKeptFrame(IKVT_CaptionFx& title);
+
+/// Composites a frame onto `pixels` with all strings in it. The library keeps the picture of a title at rest, of its
+/// last string alone, for later frames; of a title of several strings that picture is dropped first. Every frame of
+/// this tool comes from here. Throws std::bad_alloc.
+void RenderWholeFrame(IKVT_CaptionFx& title, uint32_t* pixels, float time);
 
 struct TextFont {
     std::u16string name;

@@ -18,12 +18,11 @@ void SetFaceColor(IKVT_CaptionFx& title, Rgb color) {
 
 void AddTypedTitle(IKVT_CaptionFx& title, const TypedTitle& typed, FrameSize frame) {
     SetFont(title, {.name = typed.fontName, .size = typed.fontSize, .bold = typed.bold, .italic = typed.italic});
-    NoteFontSubstitute(title, typed.fontName);
     if (typed.faceColor) SetFaceColor(title, *typed.faceColor);
     if (!typed.position) AlignInTheMiddle(title);
     const Position corner = typed.position ? *typed.position : CentredCorner(title, typed.text, frame);
     AddString(title, {.text = typed.text, .effect = typed.effect, .progress = typed.progress}, corner);
-    if (!typed.keys.empty()) SetKeyframes(title, typed.keys);
+    if (!typed.keys.empty()) SetKeyframes(title, {typed.keys});
 }
 
 }  // namespace captionfx

@@ -24,7 +24,7 @@ struct TypedTitle {
     std::vector<Keyframe> keys;
 };
 
-/// Adds the string to a title whose frame has this size. Notes on standard error where another font stands in.
+/// Adds the string to a title whose frame has this size.
 void AddTypedTitle(IKVT_CaptionFx& title, const TypedTitle& typed, FrameSize frame);
 
 }  // namespace captionfx

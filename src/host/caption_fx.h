@@ -197,11 +197,13 @@ public:
     /// Sets the settings of the first paragraph of strings that have no text yet. Status.
     virtual int32_t SetDefaultParagraph(const ParagraphSpec* paragraph) noexcept = 0;
 
-    /// Sets the settings of new strings. Status.
+    /// Sets the settings of new strings. Their Vertical also counts for the title as a whole: with it, wrapping,
+    /// loading and drawing lay Latin letters on their side, in all strings. Status.
     virtual int32_t SetDefaultString(const StringSpec* string) noexcept = 0;
 
     /// Sets the output settings. After a change of scale or AntialiasMode call FlushRenderCaches, or characters at rest
-    /// are drawn from bitmaps of the old setting. Status.
+    /// are drawn from bitmaps of the old setting. A change of PostFilter, DestinationAlpha or ClipRect drops the kept
+    /// frame (see RenderFrame) and nothing else. Status.
     virtual int32_t SetRenderSettings(const TitleRenderSettings* settings) noexcept = 0;
 
     // ---- Read-back of styles and settings (slots 13 to 20) ----
@@ -259,17 +261,17 @@ public:
 
     // ---- Titles as XML (slots 30 to 35) ----
 
-    // Loading fits every character to the fonts of this machine. What is no title (not well-formed, another root, a style
-    // index that names nothing, a number that is not finite) is refused with kTitleFailure: the title is empty then, and
-    // its defaults stay. docs/title-format.md describes the format.
+    // Loading fits every character to the fonts of this machine. What is no title (not well-formed, another root, a
+    // style index that names nothing, a number that is not finite) is refused with kTitleFailure: the title is empty
+    // then, and its defaults stay. docs/title-format.md describes the format.
 
     /// Replaces the strings by those of an XML document in `xml`, zero-terminated. Status; a null pointer changes
     /// nothing.
     virtual int32_t LoadFromBuffer(const char16_t* xml) noexcept = 0;
 
-    /// Writes the title as XML and a terminating 0 into `buffer`. `sizeInBytes` holds the buffer's size and gets the size
-    /// needed; a null or too small buffer gets nothing, which is no failure. Status; kTitleFailure for a title that holds
-    /// a number which is not finite, here and in SaveToFile.
+    /// Writes the title as XML and a terminating 0 into `buffer`. `sizeInBytes` holds the buffer's size and gets the
+    /// size needed; a null or too small buffer gets nothing, which is no failure. Status; kTitleFailure for a title
+    /// that holds a number which is not finite, here and in SaveToFile.
     virtual int32_t SaveToBuffer(char16_t* buffer, uint32_t* sizeInBytes) noexcept = 0;
 
     /// Replaces the strings by those of an XML file. Status; an empty path changes nothing.
@@ -279,8 +281,8 @@ public:
     virtual int32_t SaveToFile(const char16_t* path) noexcept = 0;
 
     /// Replaces the strings by those under an XML element: an xmlNodePtr on Linux, an IXMLDOMNode* on Windows, whose
-    /// child is "StringList". The element stays the caller's. Status of the XML service: what is no title leaves an empty
-    /// one with kTitleOk.
+    /// child is "StringList". The element stays the caller's. Status of the XML service: what is no title leaves an
+    /// empty one with kTitleOk.
     virtual int32_t LoadFromNode(void* element) noexcept = 0;
 
     /// Writes "StringList" as a child of an XML element; the element types are those of LoadFromNode. Status of the XML
@@ -294,7 +296,9 @@ public:
     /// kTitleInvalidArgument for a null destination, or kTitleOutOfMemory.
     ///
     /// When every string is at rest the frame is kept, and the next one is composited from it. It keeps the last string
-    /// alone: for a title of several strings at rest call FlushRenderCaches before a frame that must show them all.
+    /// alone: a host with a title of several strings drops it before every frame that must show them all. Setting
+    /// PostFilter to another value and back does so at the least cost; FlushRenderCaches does too, but frees all
+    /// bitmaps besides. docs/hosts.md has the few lines that this takes.
     virtual int32_t RenderFrame(uint32_t* destination, float time) noexcept = 0;
 
     /// Writes the structure of a string to the debug output. Status.

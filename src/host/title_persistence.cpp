@@ -101,10 +101,10 @@ int32_t CCaptionFx::LoadFromFile(const char16_t* path) noexcept {
 }
 
 int32_t CCaptionFx::SaveToFile(const char16_t* path) noexcept {
-    const int32_t status = IsEmpty(path) ? kTitleInvalidArgument
-                                         : WithManager(services_, [&](TitleXMLManager& manager) {
-                                               return manager.SaveToFile(strings_, path);
-                                           });
+    const int32_t status =
+        IsEmpty(path)
+            ? kTitleInvalidArgument
+            : WithManager(services_, [&](TitleXMLManager& manager) { return manager.SaveToFile(strings_, path); });
     return LogFile(services_.Debug(), kCannotSaveFile, path, status);
 }
 

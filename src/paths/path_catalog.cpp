@@ -4,6 +4,8 @@
 #include <array>
 
 #include "paths/flight_paths.h"
+#include "paths/image_paths.h"
+#include "paths/perspective_scroll.h"
 #include "paths/reveal_paths.h"
 #include "paths/rotation_paths.h"
 #include "paths/travel_paths.h"
@@ -11,8 +13,6 @@
 
 namespace captionfx {
 namespace {
-
-constexpr int32_t kOnImage = 1;
 
 constexpr std::string_view kSlide = "CLASS_SLIDE", kFly = "CLASS_FLY", kRotate = "CLASS_ROTATE", kPopup = "CLASS_POPUP",
                            kWipe = "CLASS_WIPE", kRollAndCrawl = "CLASS_ROLLNCRAWL", kSpecial = "CLASS_SPECIAL",
@@ -27,9 +27,16 @@ constexpr char ToUpper(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
+template <class Path>
+std::unique_ptr<CPathBase> Make() {
+    return std::make_unique<Path>();
+}
+
 /// A row; all its texts follow from the token, such as "SlideUp": "PATH_SLIDEUP", "IDS_FXS_Ti_SlideUp_Name".
-constexpr PathCatalogEntry Row(std::string_view token, std::string_view classKey, int32_t listGroup,
-                               int32_t passCount = 1, int32_t imageBased = 0) {
+template <class Path>
+constexpr PathCatalogEntry AnyRow(std::string_view token, std::string_view classKey, int32_t listGroup,
+                                  int32_t passCount, int32_t imageBased) {
+    static_assert(std::is_final_v<Path> && std::is_base_of_v<CPathBase, Path>);
     PathCatalogEntry row{};
     size_t name = 0, nameKey = 0, descKey = 0, classEnd = 0;
     Append(row.PathName, name, "PATH_");
@@ -44,23 +51,21 @@ constexpr PathCatalogEntry Row(std::string_view token, std::string_view classKey
     row.ListGroup = listGroup;
     row.PassCount = passCount;
     row.ImageBased = imageBased;
-    return row;
-}
-
-template <class Path>
-std::unique_ptr<CPathBase> Make() {
-    return std::make_unique<Path>();
-}
-
-/// A row with the class that serves it.
-template <class Path>
-constexpr PathCatalogEntry Row(std::string_view token, std::string_view classKey, int32_t listGroup,
-                               int32_t passCount = 1, int32_t imageBased = 0) {
-    static_assert(std::is_final_v<Path> && std::is_base_of_v<CPathBase, Path>);
-    static_assert(sizeof(Path) == sizeof(CPathBase), "a character effect keeps no state of its own");
-    PathCatalogEntry row = Row(token, classKey, listGroup, passCount, imageBased);
     row.Make = Make<Path>;
     return row;
+}
+
+template <class Path>
+constexpr PathCatalogEntry Row(std::string_view token, std::string_view classKey, int32_t listGroup,
+                               int32_t passCount = 1) {
+    static_assert(sizeof(Path) == sizeof(CPathBase), "a character effect keeps no state of its own");
+    return AnyRow<Path>(token, classKey, listGroup, passCount, 0);
+}
+
+/// A row of an effect on the string's image.
+template <class Path>
+constexpr PathCatalogEntry ImageRow(std::string_view token, std::string_view classKey) {
+    return AnyRow<Path>(token, classKey, 1, 1, 1);
 }
 
 // The one list of effects. Order, groups and counts are part of what hosts rely on.
@@ -126,10 +131,10 @@ constexpr std::array kCatalog = {
     Row<CPathFade>("Fade", kWipe, 2),
     Row<CPathRotateInwards>("RotateInwards", kRotate, 1),
     Row<CPathRotateOutwards>("RotateOutwards", kRotate, 1),
-    Row("BlurLeft", kSpecial, 1, 1, kOnImage),
-    Row("BlurRight", kSpecial, 1, 1, kOnImage),
-    Row("PerspectiveScroll", kRollAndCrawl, 1, 1, kOnImage),
-    Row("Glow", kSpecial, 1, 1, kOnImage),
+    ImageRow<CPathBlurLeft>("BlurLeft", kSpecial),
+    ImageRow<CPathBlurRight>("BlurRight", kSpecial),
+    ImageRow<CPathPerspectiveScroll>("PerspectiveScroll", kRollAndCrawl),
+    ImageRow<CPathGlow>("Glow", kSpecial),
 };
 
 constexpr bool NamesAreUnique() {

@@ -21,7 +21,7 @@ struct PathCatalogEntry {
     int32_t ListGroup;           ///< 1 or 2, for the host.
     int32_t PassCount;           ///< How many times a frame walks the string's characters, 1 or 2.
     int32_t ImageBased;          ///< 1: the effect works on the string's finished image.
-    PathMaker* Make;             ///< Null where the class is not there.
+    PathMaker* Make;
 };
 
 [[nodiscard]] std::span<const PathCatalogEntry> PathCatalog();

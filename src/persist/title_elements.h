@@ -1,6 +1,6 @@
 // The elements of the title format: their names, and their attributes in the order of the file. `io` reads the current
-// element or writes it: U unsigned, I integer, F float, B boolean, S text, X bytes. Values that are written unsigned are
-// read as signed, which cuts what is above 2147483647; "Index" is written and never read, the order decides.
+// element or writes it: U unsigned, I integer, F float, B boolean, S text, X bytes. Values that are written unsigned
+// are read as signed, which cuts what is above 2147483647; "Index" is written and never read, the order decides.
 #pragma once
 
 #include "host/document.h"

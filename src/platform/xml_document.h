@@ -25,7 +25,8 @@ class XmlDocument {
 public:
     virtual ~XmlDocument() = default;
 
-    /// Parses a text, whatever encoding it declares. It is not followed to other files or places.
+    /// Parses a text, whatever encoding it declares. Nothing else is read, and a document that declares entities is
+    /// refused.
     [[nodiscard]] virtual bool LoadText(std::u16string_view text) = 0;
 
     /// Parses a file in the encoding that it declares or that its byte-order mark tells.

@@ -11,12 +11,12 @@
 
 namespace sgl {
 
-/// The volume that is seen, in the order in which the rasterizer is told. Only `a` and `b` place the horizon: both
-/// directions share the scale that left and right give.
+/// The volume that is seen. Top and bottom only place the horizon: both directions share the scale that left and right
+/// give. There is no far limit.
 struct ViewVolume {
-    float a, b;  ///< Top and bottom, negated.
+    float a, b;  ///< Top and bottom, both negated.
     float left, right;
-    float nearZ, farZ;  ///< `farZ` is never tested.
+    float nearZ;
 };
 
 /// How eye space lies on the frame.

@@ -9,8 +9,8 @@ namespace sgl {
 namespace {
 
 constexpr int32_t kFullSum = 0xFF0000;
-constexpr float kLeastLength =
-    0.0001f;  // of a face's cross product: below, the face counts as one that lies flat before the viewer
+/// Of a face's cross product. Below it the face counts as one that lies flat before the viewer.
+constexpr float kLeastLength = 0.0001f;
 
 constexpr int32_t Rgb::*kChannels[] = {&Rgb::r, &Rgb::g, &Rgb::b};
 

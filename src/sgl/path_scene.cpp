@@ -62,6 +62,7 @@ bool PathScene::Init(int32_t width, int32_t height, int32_t antialias) {
 bool PathScene::MakeFrames(int32_t antialias) {
     antialias_ = antialias != 0;
     doubleFrame_.reset();
+    outputFrame_ = nullptr;
     if (!antialias_) {
         sgl_->Viewport(0, 0, width_, height_);
         return sgl_->GetError() == SGL_NO_ERROR;
@@ -95,6 +96,8 @@ void PathScene::Release() {
     drawList_.clear();
     textureMap_.clear();
     sgl_.reset();
+    doubleFrame_.reset();
+    outputFrame_ = nullptr;
 }
 
 void PathScene::DeleteObjects() {
@@ -149,21 +152,17 @@ uint32_t PathScene::NameOf(const SceneTexture& picture) {
     uint32_t name = 0;
     sgl_->GenTextures(1, &name);
     if (name == 0) return 0;
+    textureMap_[name] = picture;
     sgl_->BindTexture(SGL_TEXTURE_2D, name);
     sgl_->TexImage2D(SGL_TEXTURE_2D, 0, SGL_RGBA, picture.width, picture.height, 0, SGL_BGRA, SGL_UNSIGNED_BYTE,
                      picture.pixels);
-    textureMap_[name] = picture;
     return name;
 }
 
 bool PathScene::BeginFrame(uint32_t* frame, int32_t width, int32_t height) {
     if (sgl_ == nullptr) return false;
     outputFrame_ = frame;
-    if (!antialias_) {
-        sgl_->SetFrameBuffer(frame);
-    } else if (doubleFrame_ != nullptr) {
-        sgl_->SetFrameBuffer(doubleFrame_.get());
-    }
+    sgl_->SetFrameBuffer(antialias_ ? doubleFrame_.get() : frame);
     sgl_->MatrixMode(SGL_PROJECTION);
     sgl_->LoadIdentity();
     const double k = static_cast<double>(height) / static_cast<double>(width);
@@ -228,10 +227,10 @@ void PathScene::SortDrawList() {
 }
 
 void PathScene::Render() {
-    const bool halves = antialias_ && doubleFrame_ != nullptr && outputFrame_ != nullptr;
-    if (halves) DoubleOutput();
-    if (sgl_ != nullptr) DrawTriangles();
-    if (halves) HalveToOutput();
+    if (outputFrame_ == nullptr) return;
+    if (antialias_) DoubleOutput();
+    DrawTriangles();
+    if (antialias_) HalveToOutput();
 }
 
 void PathScene::DrawTriangles() {

@@ -53,7 +53,7 @@ public:
     void TransformObjects();  ///< Takes the objects to where their transforms put them.
     void BuildDrawList();     ///< Of all triangles, as they stand now.
     void SortDrawList();      ///< From back to front.
-    void Render();            ///< Over what is in the frame.
+    void Render();            ///< Over what is in the frame; nothing before BeginFrame.
 
 private:
     struct SceneVertex {
@@ -96,7 +96,7 @@ private:
     std::map<uint32_t, SceneTexture> textureMap_;  ///< By name.
     bool antialias_ = false;
     std::unique_ptr<uint32_t[]> doubleFrame_;  ///< Twice the width and height.
-    uint32_t* outputFrame_ = nullptr;          ///< The caller's, of the frame that was begun.
+    uint32_t* outputFrame_ = nullptr;          ///< The caller's, of the frame that was begun; else null.
     int32_t width_ = 0, height_ = 0;           ///< Of the output.
 };
 

@@ -33,8 +33,6 @@ struct FixedPlane {
 /// The mapping in 16.16. What leaves 32 bits wraps.
 class FixedMapping {
 public:
-    using Number = int32_t;
-
     static bool HasRays(const SpanSurface& surface) { return surface.rays.x != nullptr && surface.rays.y != nullptr; }
 
     FixedMapping(const SpanSurface& surface, const MappingPlanes& planes, int32_t sScale, int32_t tScale)
@@ -134,8 +132,6 @@ private:
 /// As ClampMapping, in floats. A row does not know of the one before.
 class FloatMapping {
 public:
-    using Number = float;
-
     static bool HasRays(const SpanSurface& surface) {
         return surface.rays.xFloat != nullptr && surface.rays.yFloat != nullptr;
     }

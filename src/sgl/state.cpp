@@ -260,8 +260,8 @@ void SGLGen::ConfigureProjection(bool perspective) {
 
 void SGLGen::ConfigureRasterizer() {
     const auto narrow = [](double value) { return static_cast<float>(value); };
-    const ViewVolume volume{narrow(-state_.frustumTop),  narrow(-state_.frustumBottom), narrow(state_.frustumLeft),
-                            narrow(state_.frustumRight), narrow(state_.frustumNear),    narrow(state_.frustumFar)};
+    const ViewVolume volume{narrow(-state_.frustumTop), narrow(-state_.frustumBottom), narrow(state_.frustumLeft),
+                            narrow(state_.frustumRight), narrow(state_.frustumNear)};
     rasterizer_.Configure(state_.perspective, state_.viewport[2], state_.viewport[3], volume, state_.frame);
 }
 

@@ -16,7 +16,7 @@ inline constexpr int32_t kBatchTriangles = 256;
 struct SGLState {
     SGLMatrix modelView;
     double frustumLeft = -1, frustumRight = 1, frustumTop = 1, frustumBottom = -1;
-    double frustumNear = 1, frustumFar = 10;          ///< The far distance is passed on and never tested.
+    double frustumNear = 1, frustumFar = 10;          ///< The far distance is never tested.
     std::array<int32_t, 4> viewport{0, 0, 256, 256};  ///< x, y, width, height
     std::array<double, 3> currentNormal{0, 0, 1};
     std::array<double, 4> currentTexCoord{0, 0, 0, 1};  ///< s, t, r, q

@@ -34,7 +34,7 @@ private:
     }
     int32_t Append(const MetaFont& font);
 
-    std::deque<Entry> entries_;                                       // never moved: the keys look into them
+    std::deque<Entry> entries_;                                      // never moved: the keys look into them
     std::map<std::string_view, std::deque<int32_t>> numbersByFont_;  // ascending; those in front may be gone
 };
 

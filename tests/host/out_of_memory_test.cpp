@@ -80,14 +80,12 @@ TEST(OutOfMemoryTest, InsertionIsWholeOrNotAtAll) {
 }
 
 TEST(OutOfMemoryTest, SoIsDeletion) {
-    FailEverywhere([](TestTitle& owner) { return owner.Title.DeleteText(0, 1, 2); },
-                   [](TestTitle& owner, int32_t result) {
-                       EXPECT_EQ(owner.Title.GetCharCount(0), result == kTitleOutOfMemory ? 6 : 4);
-                   });
-    FailEverywhere([](TestTitle& owner) { return owner.Title.DeleteText(0, 0, 6); },
-                   [](TestTitle& owner, int32_t result) {
-                       EXPECT_EQ(owner.Title.GetCharCount(0), result == kTitleOutOfMemory ? 6 : 0);
-                   });
+    for (const auto& [first, count] : {std::pair{1, 2}, {0, 6}}) {
+        FailEverywhere([&](TestTitle& owner) { return owner.Title.DeleteText(0, first, count); },
+                       [&](TestTitle& owner, int32_t result) {
+                           EXPECT_EQ(owner.Title.GetCharCount(0), result == kTitleOutOfMemory ? 6 : 6 - count);
+                       });
+    }
 }
 
 TEST(OutOfMemoryTest, AStringIsThereOrNot) {

@@ -2,7 +2,7 @@
 #include "host/title_object.h"
 
 #include <array>
-#include <filesystem>
+#include <bit>
 #include <limits>
 
 #include <gtest/gtest.h>
@@ -112,19 +112,14 @@ TEST(TitleObjectTest, RefusesBadIndicesAndNullPointers) {
         EXPECT_EQ(title.GetCharCount(bad) + title.GetLineCount(bad) + title.GetParagraphCount(bad), 0);
     }
     title.SetDefaultFont(nullptr);
-    EXPECT_EQ(title.SetDefaultFace(nullptr), kTitleInvalidArgument);
-    EXPECT_EQ(title.SetDefaultBorder(nullptr), kTitleInvalidArgument);
-    EXPECT_EQ(title.SetDefaultShadow(nullptr), kTitleInvalidArgument);
-    EXPECT_EQ(title.SetDefaultCharSpacing(nullptr), kTitleInvalidArgument);
-    EXPECT_EQ(title.SetDefaultParagraph(nullptr), kTitleInvalidArgument);
-    EXPECT_EQ(title.SetDefaultString(nullptr), kTitleInvalidArgument);
-    EXPECT_EQ(title.SetRenderSettings(nullptr), kTitleInvalidArgument);
-    EXPECT_EQ(title.GetRenderSettings(nullptr), kTitleInvalidArgument);
-    EXPECT_EQ(title.GetCharFont(0, 0, nullptr), kTitleInvalidArgument);
-    EXPECT_EQ(title.GetCharFace(0, 0, nullptr), kTitleInvalidArgument);
-    EXPECT_EQ(title.GetStringSettings(0, nullptr), kTitleInvalidArgument);
-    EXPECT_EQ(title.GetCharRect(0, 0, nullptr, 0), kTitleInvalidArgument);
-    EXPECT_EQ(title.GetStringRect(0, nullptr), kTitleInvalidArgument);
+    for (const int32_t status :
+         {title.SetDefaultFace(nullptr), title.SetDefaultBorder(nullptr), title.SetDefaultShadow(nullptr),
+          title.SetDefaultCharSpacing(nullptr), title.SetDefaultParagraph(nullptr), title.SetDefaultString(nullptr),
+          title.SetRenderSettings(nullptr), title.GetRenderSettings(nullptr), title.GetCharFont(0, 0, nullptr),
+          title.GetCharFace(0, 0, nullptr), title.GetStringSettings(0, nullptr), title.GetCharRect(0, 0, nullptr, 0),
+          title.GetStringRect(0, nullptr)}) {
+        EXPECT_EQ(status, kTitleInvalidArgument);
+    }
     EXPECT_EQ(title.GetFrameDirtyRect(nullptr), kTitleNullPointer);
     EXPECT_EQ(title.GetCharCount(0), 1);
 }
@@ -209,15 +204,9 @@ TEST(TitleObjectTest, DumpsOneLineARecord) {
 
 // Every float that a host can set, at its worst, through layout and a frame. The sanitizers are the judge.
 TEST(TitleObjectTest, SurvivesAnyFloat) {
-    constexpr float kWorst[] = {std::numeric_limits<float>::quiet_NaN(),
-                                std::numeric_limits<float>::infinity(),
-                                -std::numeric_limits<float>::infinity(),
-                                3e38F,
-                                -3e38F,
-                                3e9F,
-                                -1.0F,
-                                0.0F,
-                                1e-40F};
+    using Limits = std::numeric_limits<float>;
+    constexpr float kWorst[] = {
+        Limits::quiet_NaN(), Limits::infinity(), -Limits::infinity(), 3e38F, -3e38F, 3e9F, -1, 0, 1e-40F};
     for (const float worst : kWorst) {
         for (int field = 0; field < 16; ++field) {
             TestTitle owner;
@@ -227,26 +216,11 @@ TEST(TitleObjectTest, SurvivesAnyFloat) {
             title.SetDefaultFont(&font);
             const CharSpacing spacing{.WidthScale = value(1, 1), .Spacing = value(2, 0)};
             title.SetDefaultCharSpacing(&spacing);
-            const ParagraphSpec paragraph{.Align = 6,
-                                          .LineSpace = value(3, 0),
-                                          .BeforeSpace = value(4, 0),
-                                          .AfterSpace = value(14, 0),
-                                          .LeftIndent = value(5, 0),
-                                          .RightIndent = value(15, 0)};
+            const ParagraphSpec paragraph{6, value(3, 0), value(4, 0), value(14, 0), value(5, 0), value(15, 0)};
             title.SetDefaultParagraph(&paragraph);
-            const MetaBorder border{
-                .Enable = 1, .Size = 1, .Color1 = 1, .Color2 = 2, .GradType = 4, .Alpha = 255, .BlurRadius = 1};
+            const MetaBorder border{1, 1, 1, 2, 4, 255, 1};
             title.SetDefaultBorder(&border);
-            const MetaShadow shadow{.EnableFace = 1,
-                                    .EnableBorder = 1,
-                                    .Color1 = 0,
-                                    .Color2 = 1,
-                                    .GradType = 0,
-                                    .Alpha = 200,
-                                    .BlurRadius = 3,
-                                    .OffsetX = value(6, 2),
-                                    .OffsetY = value(7, 3),
-                                    .Height = field % 2};
+            const MetaShadow shadow{1, 1, 0, 1, 0, 200, 3, value(6, 2), value(7, 3), field % 2};
             title.SetDefaultShadow(&shadow);
             owner.ChangeDefaultString([&](StringSpec& string) {
                 string.WidthLimit = value(8, 1e9F);
@@ -269,72 +243,28 @@ TEST(TitleObjectTest, SurvivesAnyFloat) {
     }
 }
 
-// The table is the contract with hosts of other compilers: slots by number, the object's first word is its address.
-// Each slot answers as neither of its neighbours would.
-TEST(TitleObjectTest, OperationsKeepTheirSlots) {
-    TestTitle owner;
-    IKVT_CaptionFx* const title = &owner.Title;
-    void** const table = *reinterpret_cast<void***>(title);
-    const auto call = [&](size_t slot, auto... arguments) {
-        return reinterpret_cast<int32_t (*)(IKVT_CaptionFx*, decltype(arguments)...)>(table[slot])(title, arguments...);
-    };
-    // Slots 5 to 12 set records, here of nothing but the slot's number; 13 to 20 give them back in the same order.
-    std::array<uint32_t, sizeof(StringSpec) / 4> record{};
-    const FontSpec font = Font(u"Tall");
-    call(5, &font);
-    for (uint32_t slot = 6; slot <= 12; ++slot) {
-        record.fill(slot);
-        EXPECT_EQ(call(slot, &record), kTitleOk);
-    }
-    EXPECT_EQ(call(13, 0, 0, &record), kTitleInvalidArgument);
-    EXPECT_EQ(record[0], u'T' | uint32_t{u'a'} << 16U);
-    for (uint32_t slot = 14; slot <= 18; ++slot) {
-        EXPECT_EQ(call(slot, 0, 0, &record), kTitleInvalidArgument);
-        EXPECT_EQ(record[0], slot - 8);
-    }
-    EXPECT_EQ(call(19, 0, &record), kTitleInvalidArgument);  // GetStringSettings
-    EXPECT_EQ(record[0], 11U);
-    EXPECT_EQ(call(20, &record), kTitleOk);  // GetRenderSettings
-    EXPECT_EQ(record[0], 12U);
+/// A pointer to a virtual operation holds its offset in the table, plus 1.
+template <class Operation>
+size_t SlotOf(Operation operation) {
+    return (std::bit_cast<std::array<size_t, 2>>(operation)[0] - 1) / sizeof(void*);
+}
 
-    EXPECT_EQ(call(0), 0);                   // AddString
-    EXPECT_EQ(call(3, 0, 0, u"a\r\nb"), 4);  // InsertText
-    EXPECT_EQ(call(21, 0), 4);               // GetCharCount
-    EXPECT_EQ(call(22, 0), 3);               // GetLineCount: the width limit lets nothing stand beside a character
-    EXPECT_EQ(call(23), 1);                  // GetStringCount
-    EXPECT_EQ(call(24, 0), 2);               // GetParagraphCount
-    TitleRectF rect{};
-    EXPECT_EQ(call(25, 0, 3, &rect, 1), kTitleOk);  // GetCharRect; there is no line 3
-    EXPECT_EQ(call(26, 0, 2, &rect), kTitleOk);     // GetLineRect; there is no paragraph 2
-    EXPECT_EQ(call(27, 0, 1, &rect), kTitleOk);     // GetParagraphRect
-    EXPECT_EQ(call(28, 0, &rect), kTitleOk);        // GetStringRect
-    char16_t text[5];
-    EXPECT_EQ(call(29, 0, text), 4);  // GetStringText
-    const std::u16string file = std::filesystem::path(CAPTIONFX_TEST_OUTPUT "/slots.xml").u16string();
-    std::filesystem::create_directories(CAPTIONFX_TEST_OUTPUT);
-    uint32_t size = 0;
-    EXPECT_EQ(call(31, nullptr, &size), kTitleOk);  // SaveToBuffer
-    EXPECT_GT(size, 0U);
-    EXPECT_EQ(call(33, file.c_str()), kTitleOk);      // SaveToFile
-    EXPECT_EQ(call(30, u"<CCaptionFx/>"), kTitleOk);  // LoadFromBuffer
-    EXPECT_EQ(call(23), 0);
-    EXPECT_EQ(call(32, file.c_str()), kTitleOk);  // LoadFromFile
-    EXPECT_EQ(call(23), 1);
-    EXPECT_EQ(call(34, nullptr), kTitleInvalidArgument);  // LoadFromNode; ElementsOfAHostCarryTitles has an element
-    EXPECT_EQ(call(35, nullptr), kTitleInvalidArgument);  // SaveToNode
-    EXPECT_EQ(call(36, nullptr, 0.0F), kTitleInvalidArgument);  // RenderFrame
-    EXPECT_EQ(call(37, 0), kTitleOk);                           // DumpString
-    EXPECT_FALSE(owner.Platform.Messages.empty());
-    EXPECT_EQ(call(38, nullptr), kTitleNullPointer);  // GetFrameDirtyRect
-    EXPECT_EQ(call(39), kTitleOk);                    // FlushRenderCaches
-    EXPECT_EQ(call(4, 0, 3, 1), 3);                   // DeleteText
-    EXPECT_EQ(call(1, 1), kTitleInvalidArgument);     // ClearString
-    EXPECT_EQ(call(23), 1);
-    EXPECT_EQ(call(2), kTitleOk);  // RemoveAllStrings
-    EXPECT_EQ(call(23), 0);
-    EXPECT_EQ(call(40), kTitleOk);  // ResetDefaults
-    call(20, &record);
-    EXPECT_EQ(record[0], 0x3F800000U);
+// The table is the contract with hosts of other compilers: slots by number, the object's first word is its address.
+TEST(TitleObjectTest, OperationsKeepTheirSlots) {
+    using T = IKVT_CaptionFx;
+    const auto slots = [](auto... all) { return std::vector<size_t>{SlotOf(all)...}; }(
+                           &T::AddString, &T::ClearString, &T::RemoveAllStrings, &T::InsertText, &T::DeleteText,
+                           &T::SetDefaultFont, &T::SetDefaultFace, &T::SetDefaultBorder, &T::SetDefaultShadow,
+                           &T::SetDefaultCharSpacing, &T::SetDefaultParagraph, &T::SetDefaultString,
+                           &T::SetRenderSettings, &T::GetCharFont, &T::GetCharFace, &T::GetCharBorder,
+                           &T::GetCharShadow, &T::GetCharSpacing, &T::GetCharParagraph, &T::GetStringSettings,
+                           &T::GetRenderSettings, &T::GetCharCount, &T::GetLineCount, &T::GetStringCount,
+                           &T::GetParagraphCount, &T::GetCharRect, &T::GetLineRect, &T::GetParagraphRect,
+                           &T::GetStringRect, &T::GetStringText, &T::LoadFromBuffer, &T::SaveToBuffer, &T::LoadFromFile,
+                           &T::SaveToFile, &T::LoadFromNode, &T::SaveToNode, &T::RenderFrame, &T::DumpString,
+                           &T::GetFrameDirtyRect, &T::FlushRenderCaches, &T::ResetDefaults, &T::Destroy);
+    ASSERT_EQ(slots.size(), 42U);
+    for (size_t i = 0; i < slots.size(); ++i) EXPECT_EQ(slots[i], i);
 }
 
 TEST(TitleObjectTest, DestroyEndsTheObjectAndKeepsTheStorageUnlessTold) {

@@ -128,8 +128,7 @@ TEST_F(ReflowTest, TheTitlesDirectionDecides) {
 }
 
 TEST_F(ReflowTest, IndentsShortenLinesAndRangesAreChecked) {
-    const ParagraphSpec indented{
-        .Align = 0, .LineSpace = 0, .BeforeSpace = 0, .AfterSpace = 0, .LeftIndent = 32, .RightIndent = 32};
+    const ParagraphSpec indented{0, 0, 0, 0, 32, 32};
     owner.Title.SetDefaultParagraph(&indented);
     MetaString& string = Make(4, u"abcd");
     EXPECT_EQ(Flow(string), "ab|cd");

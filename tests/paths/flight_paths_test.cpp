@@ -69,13 +69,5 @@ TEST(FlightPathsTest, CoordinatesOfTheStringMayBeMarks) {
         {{"PATH_ROLLERCOASTERLEFT", 0, 0, 0.625F + kLag, {125 - 10 + kMarkError, 0.7125F, 1, 1, -185.7106F, 255}}});
 }
 
-TEST(FlightPathsTest, NothingDividesByAnEmptyStringOrCanvas) {
-    const PathScene empty{.width = 0, .height = 0, .string = {5, 6, 0, 0}, .boxes = {{5, 6, 0, 0, 5, 6}}};
-    for (const char* name : {"PATH_ROLLERCOASTERLEFT", "PATH_SWARMRIGHT"}) {
-        ExpectPlacements(empty, {{name, 0, 0, 1, {5, 6, 1, 1, 0, 255}}, {name, 0, 0, 0, {5, 6, 1, 1, 0, 0}}});
-        EXPECT_TRUE(std::isfinite(PlacementIn(empty, name, 0, 0, 0.6F).X));
-    }
-}
-
 }  // namespace
 }  // namespace captionfx::test

@@ -8,32 +8,9 @@
 namespace captionfx::test {
 namespace {
 
-using KVTImageUtility::CImageARGB;
-
 struct Probe final : CPathBase {
-    using CPathBase::FindOpaqueBounds;
     using CPathBase::sine_;
-    [[nodiscard]] size_t BoxCount() const { return boxes_.size(); }
 };
-
-TEST(PathBaseTest, BoxesComeInOrderUpToTheCount) {
-    Probe path;
-    EXPECT_EQ(path.SetCharBox(0, {}), 0) << "a fresh object has no characters";
-    path.SetCharCount(2);
-    EXPECT_EQ(path.SetCharBox(0, {1, 2, 3, 4, 5, 6}), 1);
-    EXPECT_EQ(path.SetCharBox(1, {7, 8, 9, 10, 11, 12}), 1);
-    EXPECT_EQ(path.SetCharBox(2, {}), 0);
-    EXPECT_EQ(path.SetCharBox(-1, {}), 0);
-    EXPECT_EQ(path.BoxCount(), 2U);
-    CharPlacement at{};
-    EXPECT_EQ(path.CalcCharacter(1, 1, 0, &at), 1);
-    EXPECT_EQ(at.X, 7);
-    EXPECT_EQ(at.Y, 8);
-    EXPECT_EQ(at.ScaleX, 1);
-    EXPECT_EQ(at.ScaleY, 1);
-    EXPECT_EQ(at.Rotation, 0);
-    EXPECT_EQ(at.Alpha, 255) << "at rest at any progress";
-}
 
 TEST(PathBaseTest, CanvasBoundsInTheStringsFrame) {
     Probe path;
@@ -74,23 +51,6 @@ TEST(PathBaseTest, ImagesAreCopiedWhenTheyMatch) {
     const TitleRect in{1, 1, 2, 2};
     EXPECT_EQ(path.GetImageBounds(&out, &in), kTitleOk);
     EXPECT_EQ(out.right + out.bottom + out.left + out.top, 4);
-}
-
-TEST(PathBaseTest, OpaqueBounds) {
-    CImageARGB image(5, 4);
-    TitleRect bounds{};
-    Probe::FindOpaqueBounds(&bounds, image);
-    EXPECT_EQ(bounds.left, 4);
-    EXPECT_EQ(bounds.top, 3);
-    EXPECT_EQ(bounds.right + bounds.bottom, 0);
-    image.Row(2)[1 * 4 + 3] = 1;
-    image.Row(1)[3 * 4 + 3] = 255;
-    image.Row(3)[4 * 4 + 2] = 255;  // colour without alpha does not count
-    Probe::FindOpaqueBounds(&bounds, image);
-    EXPECT_EQ(bounds.left, 1);
-    EXPECT_EQ(bounds.top, 1);
-    EXPECT_EQ(bounds.right, 3);
-    EXPECT_EQ(bounds.bottom, 2);
 }
 
 }  // namespace

@@ -48,7 +48,6 @@ TEST(TwoPassPathsTest, TranceFromTheCentre) {
                 {"PATH_TRANCECENTER", 0, 2, 0.5F, {140 + 8 - 10, 80 + 24 - 60, 0.8F, 0.8F, 0, 204}},
                 {"PATH_TRANCECENTER", 0, 2, 0.25F, {140 - 10, 80 - 60, 0, 0, 0, 0}},
                 {"PATH_TRANCECENTER", 0, 3, 1, {140 + 48 - 10, 80 + 80 - 60, 1.6F, 1.6F, 0, 0}},
-                {"PATH_TRANCECENTER", 1, 3, 1, {160, 70, 1, 1, 0, 255}},
             });
 }
 
@@ -59,10 +58,7 @@ TEST(TwoPassPathsTest, DoubleVision) {
                              {"PATH_DOUBLEVISIONH", 1, 1, 0.375F, {120 - 4.25F, 50, 1, 1, 0, 127}},
                              {"PATH_DOUBLEVISIONV", 0, 1, 0.375F, {120, 50 + 7.5F, 1, 1, 0, 127}},
                              {"PATH_DOUBLEVISIONV", 1, 1, 0.375F, {120, 50 - 8, 1, 1, 0, 127}},
-                             {"PATH_DOUBLEVISIONH", 0, 3, 1, {160, 70, 1, 1, 0, 255}},
                              {"PATH_DOUBLEVISIONH", 1, 3, 1, {160 - 0.5F, 70, 1, 1, 0, 0}},
-                             {"PATH_DOUBLEVISIONH", 0, 0, 0, {100, 50, 1, 1, 0, 0}},
-                             {"PATH_DOUBLEVISIONV", 1, 0, 0, {100, 50, 1, 1, 0, 0}},
                          });
     // A character alone takes the whole progress.
     ExpectPlacements({.boxes = {{100, 50, 20, 40, 100, 80}}},

@@ -29,16 +29,7 @@ std::string SmallTitle() {
 // leading - ascent; the line's height is internal leading + cell + external leading.
 TEST(TitleXmlTest, EveryAttributeHasItsPlaceAndForm) {
     TestTitle title;
-    const MetaShadow shadow{.EnableFace = 2,
-                            .EnableBorder = 0,
-                            .Color1 = 1,
-                            .Color2 = 2,
-                            .GradType = -3,
-                            .Alpha = 4,
-                            .BlurRadius = 5,
-                            .OffsetX = 6.5F,
-                            .OffsetY = -7,
-                            .Height = 8};
+    const MetaShadow shadow{2, 0, 1, 2, -3, 4, 5, 6.5F, -7, 8};
     title.Title.SetDefaultShadow(&shadow);
     title.Add(u"A", 10, -20);
     MetaPath& key = title.String().PathList[1.5F];
@@ -106,8 +97,8 @@ TEST(TitleXmlTest, WhatIsMissingIsZeroAndWhatIsUnknownIsPassedOver) {
     const std::string longName(260, 'x');
     ASSERT_EQ(
         LoadText(title.Title,
-                 "<!DOCTYPE CCaptionFx [<!ENTITY two '2'>]><CCaptionFx><StringList><MetaString Vertical='True' "
-                 "Left='&two;.5' ParagraphCount='#1F' PathID='" +
+                 "<!DOCTYPE CCaptionFx><CCaptionFx><StringList><MetaString Vertical='True' "
+                 "Left='&#50;.5' ParagraphCount='#1F' PathID='" +
                      longName + "' MaskFile='" + longName.substr(1) +
                      "'><Unknown><CharList/></Unknown><PathList><MetaPath KeyFrame='2' PathID='PATH_FADE'/>"
                      "<MetaPath KeyFrame='1'/><MetaPath KeyFrame='2' PathID='PATH_NOEFFECT'/></PathList>"
@@ -143,24 +134,19 @@ TEST(TitleXmlTest, FailuresAreLoggedAndLeaveAnEmptyTitle) {
         std::string message;
     } rows[] = {
         {[](auto& t) { return t.LoadFromBuffer(nullptr); }, kTitleInvalidArgument, 1, ""},
-        {[](auto& t) { return t.LoadFromFile(nullptr); }, kTitleInvalidArgument, 1, line + "(null)!"},
         {[](auto& t) { return t.LoadFromFile(u""); }, kTitleInvalidArgument, 1, line + "!"},
-        {[](auto& t) { return t.LoadFromNode(nullptr); }, kTitleInvalidArgument, 1, ""},
         {[](auto& t) { return t.SaveToFile(u""); }, kTitleInvalidArgument, 1,
          "KVT_Title2: Failed to save title to file !"},
         {[&](auto& t) { return t.SaveToFile(folder.u16string().c_str()); }, kTitleFailure, 1,
          "KVT_Title2: Failed to save title to file " + Utf8Of(folder.u16string()) + "!"},
         {[](auto& t) { return t.LoadFromBuffer(u""); }, kTitleFailure, 0, fromBuffer},
-        {[](auto& t) { return t.LoadFromBuffer(u"<CCaptionfx/>"); }, kTitleFailure, 0, fromBuffer},
         {[](auto& t) { return t.LoadFromBuffer(u"<CCaptionFx><StringList></CCaptionFx>"); }, kTitleFailure, 0,
          fromBuffer},
         {[](auto& t) { return t.LoadFromBuffer(u"<CCaptionFx a='\xD800'/>"); }, kTitleFailure, 0, fromBuffer},
+        {[](auto& t) { return t.LoadFromBuffer(u"<!DOCTYPE c [<!ENTITY e 'x'>]><CCaptionFx a='&e;'/>"); },
+         kTitleFailure, 0, fromBuffer},
         {[&](auto& t) { return t.LoadFromFile((folder / u"none\u00e9.xml").u16string().c_str()); }, kTitleFailure, 0,
          line + at(u"none\u00e9.xml") + "!"},
-        {[&](auto& t) { return t.LoadFromFile(folder.u16string().c_str()); }, kTitleFailure, 0,
-         line + Utf8Of(folder.u16string()) + "!"},
-        {[&](auto& t) { return t.LoadFromFile(file("empty.xml", "").c_str()); }, kTitleFailure, 0,
-         line + at(u"empty.xml") + "!"},
         {[&](auto& t) { return t.LoadFromFile(good.c_str()); }, kTitleOk, 1, ""},
         {[&](auto& t) {
              return t.LoadFromFile(file("odd.xml", "<?xml version='1.0' encoding='x-none'?><CCaptionFx/>").c_str());
@@ -192,12 +178,10 @@ TEST(TitleXmlTest, WhatCannotBeMendedIsRefused) {
         const char *from, *to;
     } rows[] = {
         {"FontIndex=\"0\"", "FontIndex=\"1\""},
-        {"FaceIndex=\"0\"", "FaceIndex=\"-1\""},
         {"BorderIndex=\"0\"", "BorderIndex=\"9\""},
         {"ShadowIndex=\"0\"", "ShadowIndex=\"2147483648\""},
         {"Left=\"0.000000\"", "Left=\"nan\""},
         {"WidthScale=\"1.000000\"", "WidthScale=\"1e39\""},
-        {"SizeRatio=\"0.031250\"", "SizeRatio=\"-inf\""},
         {"LineSpace=\"0.000000\"", "LineSpace=\"1e999\""},
         {"<PathList/>", "<PathList><MetaPath KeyFrame=\"inf\"/></PathList>"},
     };
@@ -224,10 +208,8 @@ TEST(TitleXmlTest, StructureThatDoesNotPartitionTheTextIsRebuilt) {
         uint32_t secondAlign;  ///< Of the paragraph of "c"; 2 in the file, 6 by default.
     } rows[] = {
         {"CharEnd=\"2\"", "CharEnd=\"7\"", 2},
-        {"CharEnd=\"2\"", "CharEnd=\"-5\"", 2},
         {"CharStart=\"3\"", "CharStart=\"2147483647\"", 2},
         {"LineIndex=\"0\"", "LineIndex=\"99\"", 2},
-        {"LineEnd=\"1\"", "LineEnd=\"2\"", 2},
         {"LineStart=\"1\"", "LineStart=\"0\"", 2},
         {"ParagraphIndex=\"1\"", "ParagraphIndex=\"5\"", 6},
         {"Value=\"10\"", "Value=\"65546\"", 2},  // an LF with rubbish in its upper half
@@ -241,8 +223,7 @@ TEST(TitleXmlTest, StructureThatDoesNotPartitionTheTextIsRebuilt) {
         text = Replaced(text, row.from, row.to);
         if (std::string(row.from) == "<LineList>") text = Replaced(text, "</LineList>", "</Lines>");
         TestTitle title;
-        const ParagraphSpec centred{
-            .Align = 6, .LineSpace = 0, .BeforeSpace = 0, .AfterSpace = 0, .LeftIndent = 0, .RightIndent = 0};
+        const ParagraphSpec centred{6, 0, 0, 0, 0, 0};
         title.Title.SetDefaultParagraph(&centred);
         ASSERT_EQ(LoadText(title.Title, text), kTitleOk) << row.to;
         const MetaString& string = title.String();

@@ -1,6 +1,5 @@
 // Holds the fonts to answers that were measured: what GDI says of the same font files at an em of 2048. One instance
 // for each family; a family that is not installed is skipped.
-#include <numeric>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -67,7 +66,17 @@ std::optional<GlyphCoverage> Draw(const PlatformFont& font, const MeasuredRow& r
     return font.Coverage(row.Unit(3), format, {row.Fixed(5), row.Fixed(6), row.Fixed(7), row.Fixed(8)});
 }
 
-TEST_P(FontFacts, MaskBoxes) {
+uint64_t Fnv1a(const std::vector<uint8_t>& bytes) {
+    uint64_t hash = 0xcbf29ce484222325U;
+    for (const uint8_t byte : bytes) hash = (hash ^ byte) * 0x100000001b3U;
+    return hash;
+}
+
+// Bytes only with the FreeType that the rows were measured with: others differ by a level here and there.
+TEST_P(FontFacts, Masks) {
+    int major = 0, minor = 0, patch = 0;
+    FT_Library_Version(NewFreeTypeLibrary().get(), &major, &minor, &patch);
+    const bool isMeasuredVersion = major == 2 && minor == 12 && patch == 1;
     for (const MeasuredRow& row : Rows("font_masks.csv")) {
         SCOPED_TRACE(row.Text());
         const std::optional<GlyphCoverage> mask = Draw(*Realise(row), row);
@@ -77,27 +86,7 @@ TEST_P(FontFacts, MaskBoxes) {
         EXPECT_EQ(mask->BlackBoxY, row.Decimal(11));
         EXPECT_EQ(mask->OriginX, row.Decimal(12));
         EXPECT_EQ(mask->OriginY, row.Decimal(13));
-    }
-}
-
-uint64_t Fnv1a(const std::vector<uint8_t>& bytes) {
-    uint64_t hash = 0xcbf29ce484222325U;
-    for (const uint8_t byte : bytes) hash = (hash ^ byte) * 0x100000001b3U;
-    return hash;
-}
-
-// Rasterisers of other FreeType versions differ by a level here and there.
-TEST_P(FontFacts, MaskBytes) {
-    int major = 0, minor = 0, patch = 0;
-    FT_Library_Version(NewFreeTypeLibrary().get(), &major, &minor, &patch);
-    if (major != 2 || minor != 12 || patch != 1) {
-        GTEST_SKIP() << "measured with FreeType 2.12.1, this is " << major << '.' << minor << '.' << patch;
-    }
-    for (const MeasuredRow& row : Rows("font_masks.csv")) {
-        const std::optional<GlyphCoverage> mask = Draw(*Realise(row), row);
-        ASSERT_TRUE(mask) << row.Text();
-        EXPECT_EQ(std::accumulate(mask->Bytes.begin(), mask->Bytes.end(), 0), row.Decimal(14)) << row.Text();
-        EXPECT_EQ(Fnv1a(mask->Bytes), row.Hex(15)) << row.Text();
+        EXPECT_TRUE(!isMeasuredVersion || Fnv1a(mask->Bytes) == row.Hex(15));
     }
 }
 

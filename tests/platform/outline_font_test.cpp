@@ -84,19 +84,6 @@ TEST_F(OutlineFontTest, DamagedFilesGiveSoundAnswers) {
     EXPECT_GT(drawn, 1000U);  // most damage is survived, or this test would show little
 }
 
-TEST_F(OutlineFontTest, FileThatWentAwayLeavesMetrics) {
-    std::optional<FontFace> face;
-    {
-        const TemporaryFont file(DejaVuTables());
-        face = file.Read();
-    }
-    const OutlineFont font({&*face, false, false});
-    EXPECT_EQ(font.Metrics()->Height, face_->Metrics.Height);
-    EXPECT_EQ(font.Extent(u'A').cx, 0);
-    EXPECT_FALSE(font.HasGlyph(u'A'));
-    EXPECT_FALSE(font.Coverage(u'A', GlyphFormat::kGray8, kHalf));
-}
-
 TEST_F(OutlineFontTest, ThreadsDrawTheSameBytes) {
     const auto drawAll = [](const OutlineFont& font) {
         Bytes all;

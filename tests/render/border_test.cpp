@@ -56,22 +56,6 @@ TEST(BorderTest, KernelsAreCachedByTheirExactRadii) {
     }
 }
 
-TEST(BorderTest, APointGrowsToTheKernel) {
-    const std::optional<BorderMasks> masks = MakeBorderMasks(Mask(1, {255}), 1.5F, 1.5F);
-    ASSERT_TRUE(masks);
-    // The diagonal neighbour is 1.5 - 1.41421 = 0.08578 inside: 21. Two away straight: -0.5, so 255 - 127 = 128.
-    // (2, 1): 1.5 - 2.23606 = -0.73606: 255 - 187 = 68. (2, 2): beyond a pixel outside: 0.
-    const std::vector<uint8_t> dilated = {0,   68,  128, 68,  0,    //
-                                          68,  255, 255, 255, 68,   //
-                                          128, 255, 255, 255, 128,  //
-                                          68,  255, 255, 255, 68,   //
-                                          0,   68,  128, 68,  0};
-    EXPECT_EQ(masks->Dilated.Bytes, dilated);
-    std::vector<uint8_t> ring = dilated;
-    ring[12] = 0;  // the glyph taken out
-    EXPECT_EQ(masks->Ring.Bytes, ring);
-}
-
 TEST(BorderTest, RadiiBelowOneLeaveTheGlyph) {
     const CoverageMask glyph = Mask(2, {10, 0, 200, 255});
     for (const auto& [rx, ry] : {std::pair{0.0F, 0.0F}, {-3.0F, -2.0F}}) {
@@ -83,12 +67,6 @@ TEST(BorderTest, RadiiBelowOneLeaveTheGlyph) {
     EXPECT_EQ(wide->Ring.Width, 6);
     EXPECT_EQ(wide->Dilated.Bytes, (std::vector<uint8_t>{0, 0, 10, 0, 0, 0, 0, 0, 200, 255, 0, 0}));
     EXPECT_FALSE(MakeBorderMasks(glyph, 1e9F, 1));
-}
-
-TEST(BorderTest, OuterRowsAreEdgesWhateverLiesBehindThem) {
-    const CoverageMask full{std::vector<uint8_t>(5 * 4, 255), 5, 3};  // its memory goes on with a fourth row
-    // One below the middle of the last row: 0.5 inside the kernel of that pixel, beyond those of the corners.
-    EXPECT_EQ(MakeBorderMasks(full, 1.5F, 1.5F)->Dilated.Row(2 + 3)[2 + 2], 255);
 }
 
 // The dilation against its plain meaning: every pixel raised by every stamp. Only edges are stamped, so that inside a

@@ -50,19 +50,10 @@ struct EffectStageTest : testing::Test {
     /// Binds a double to the first string in the place of the effect named: PATH_FLIP has one pass, PATH_TRANCEUP two,
     /// PATH_GLOW works on the image.
     Double& Bind(const char* name) {
-        MetaString& string = owner.String();
-        SetText(string.PathID, name);
+        SetText(owner.String().PathID, name);
         auto made = std::make_unique<Double>();
         Double& effect = *made;
-        const int32_t count = CountOf(string.Characters);
-        effect.SetCharCount(count);
-        for (int32_t i = 0; i < count; ++i) {
-            TitleRectF rect{};
-            owner.Title.GetCharRect(0, i, &rect, 0);
-            effect.SetCharBox(i, {rect.x, rect.y, rect.width, rect.height, rect.x, rect.y});
-        }
-        string.PathObject = PathHandle(made.release(), PathReturner{&effects});
-        string.PathChanged = 0;
+        owner.Bind(0, std::move(made));
         return effect;
     }
     Pixels Frame() {
@@ -74,7 +65,6 @@ struct EffectStageTest : testing::Test {
         return pixels[static_cast<size_t>(y) * kWidth + static_cast<size_t>(x)];
     }
 
-    CPathManager effects;
     TestTitle owner;
 };
 
@@ -94,17 +84,6 @@ TEST_F(EffectStageTest, EachPassWalksTheCharactersWithTheSameRandomNumbers) {
         }
         EXPECT_EQ(asked, expected) << name;
     }
-}
-
-TEST_F(EffectStageTest, PassesLandOnTopOfEachOther) {
-    owner.Add(u"a", 10, 2);
-    owner.String().PathProgress = 0.5F;
-    const auto half = [](int32_t, int32_t, CharPlacement& at) { at.Alpha = 127; };
-    Bind("PATH_FLIP").Place = half;
-    const uint32_t once = AlphaOf(At(Frame(), 20, 40));
-    Bind("PATH_TRANCEUP").Place = half;
-    EXPECT_EQ(once, 127U);                          // 254 * 128 >> 8
-    EXPECT_EQ(AlphaOf(At(Frame(), 20, 40)), 191U);  // 255 - (128 * 129 >> 8)
 }
 
 // A character is transformed by its scales and its rotation, each of which makes layers for this frame.
@@ -146,7 +125,7 @@ TEST_F(EffectStageTest, TransformedCharactersAreBuiltForTheFrame) {
 }
 
 TEST_F(EffectStageTest, ImageEffectsTakeTheFinishedImage) {
-    const MetaFace red{.Enable = 1, .Color1 = 255, .Color2 = 255, .GradType = 0, .Alpha = 127, .BlurRadius = 0};
+    const MetaFace red = FaceOf(255, 127);
     owner.Title.SetDefaultFace(&red);
     owner.Add(u"a", 10, 2);
     for (const int32_t destinationAlpha : {1, 0}) {
@@ -209,7 +188,7 @@ TEST_F(EffectStageTest, BindingSnapshotsTheLayoutInPixels) {
     SetText(string.PathID, "PATH_FADE");
     TitleRenderSettings settings{};
     owner.Title.GetRenderSettings(&settings);
-    EnsureStringPath(effects, settings, string);
+    EnsureStringPath(owner.Effects, settings, string);
     const CPathBase* const bound = string.PathObject.get();
     ASSERT_NE(bound, nullptr);
     // Turned by 90 degrees about (20, 12) the canvas of 96 by 72 spans x from 20 - 12 to 20 + 60 and y from 12 - 76
@@ -227,11 +206,11 @@ TEST_F(EffectStageTest, BindingSnapshotsTheLayoutInPixels) {
     EXPECT_TRUE(equal(boxes[3], {20, 96 * 3, 32 * 2, 72 * 3, 20, (96 + 48) * 3}));
     EXPECT_TRUE(equal(boxes[1], {0, 0, 0, 0, 0, 48 * 3})) << "a line end is nowhere";
 
-    EnsureStringPath(effects, settings, string);
+    EnsureStringPath(owner.Effects, settings, string);
     EXPECT_EQ(string.PathObject.get(), bound) << "nothing changed";
     owner.ChangeSettings([](TitleRenderSettings& s) { s.Width = 50; });
     owner.Title.GetRenderSettings(&settings);
-    EnsureStringPath(effects, settings, string);
+    EnsureStringPath(owner.Effects, settings, string);
     EXPECT_NEAR(string.PathObject->CanvasBounds().Bottom, 32, 1e-3);
     EXPECT_NEAR(string.PathObject->CanvasBounds().Top, 12 - 30, 1e-3) << "another canvas, another binding";
 }

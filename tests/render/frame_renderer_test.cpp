@@ -62,18 +62,8 @@ struct FrameRendererTest : testing::Test {
     TestTitle owner;
 };
 
-TEST_F(FrameRendererTest, DrawsTheTextWhereLayoutPutIt) {
-    owner.Add(u"ab", 10, 2);
-    const Pixels frame = Frame();
-    EXPECT_EQ(Ink(frame), "10,26-66,58");       // a at 10, b at 42; 24 wide
-    EXPECT_EQ(At(frame, 20, 40), 0xFEFFFFFFU);  // solid, unpremultiplied
-    EXPECT_EQ(At(frame, 38, 40), 0U);
-    EXPECT_EQ(Dirty(), "8,24-68,60");  // two pixels more on each side
-}
-
 TEST_F(FrameRendererTest, RefusesNothingToDrawOnAndDrawsNothingOnNoFrame) {
     EXPECT_EQ(owner.Title.RenderFrame(nullptr, 0), kTitleInvalidArgument);
-    EXPECT_EQ(Frame(0, 5), Pixels(kWidth * kHeight, 5)) << "no strings";
     owner.Add(u"a", 10, 2);
     for (const auto& size : {std::pair{0, 72}, {96, -1}, {-2147483647, -2147483647}}) {
         owner.ChangeSettings([&](TitleRenderSettings& s) { std::tie(s.Width, s.Height) = size; });
@@ -88,12 +78,6 @@ TEST_F(FrameRendererTest, RefusesNothingToDrawOnAndDrawsNothingOnNoFrame) {
     EXPECT_EQ(Dirty(), "0,0-0,0");
     EXPECT_EQ(owner.String().GlyphLayersList[0].DirtyMask, 0) << "cached layers are built all the same";
     EXPECT_EQ(owner.Title.RenderFrame(nullptr, 0), kTitleInvalidArgument);
-}
-
-TEST_F(FrameRendererTest, ClipsOutput) {
-    owner.Add(u"a", 10, 2);
-    owner.ChangeSettings([](TitleRenderSettings& s) { s.ClipRect = {20, 30, 1000, 40}; });
-    EXPECT_EQ(Ink(Frame()), "20,30-34,40");
 }
 
 TEST_F(FrameRendererTest, MemoryThatCannotBeHad) {
@@ -121,24 +105,6 @@ TEST_F(FrameRendererTest, EffectsDecideWhatIsSeen) {
         EXPECT_EQ(Ink(Frame()), "0,0-0,0") << name;
         EXPECT_EQ(Dirty(), "0,0-2,2") << "nothing, grown by two and clipped";
     }
-    owner.Title.RemoveAllStrings();
-    SetEffect("PATH_GLOW", 0.3F);  // in the catalogue, without a class yet
-    owner.Add(u"a", 10, 2);
-    EXPECT_EQ(Ink(Frame()), "10,26-34,58") << "at rest";
-}
-
-TEST_F(FrameRendererTest, KeyframesRunByTime) {
-    owner.Add(u"a", 10, 2);
-    MetaPath hidden{}, shown{};
-    SetText(hidden.PathID, "PATH_FADE");
-    SetText(shown.PathID, "PATH_FADE");
-    shown.PathProgress = 1;
-    owner.String().PathList = {{1, hidden}, {2, shown}};
-    EXPECT_EQ(Ink(Frame(0)), "0,0-0,0");
-    EXPECT_EQ(AlphaOf(At(Frame(1.5F), 20, 40)), 127U);
-    EXPECT_EQ(AlphaOf(At(Frame(2), 20, 40)), 254U);
-    EXPECT_EQ(AlphaOf(At(Frame(1.5F), 20, 40)), 127U) << "frames are functions of time";
-    EXPECT_EQ(Ink(Frame(2.5F)), "0,0-0,0");
 }
 
 TEST_F(FrameRendererTest, AFrameAtRestIsKept) {
@@ -235,8 +201,7 @@ TEST_F(FrameRendererTest, AFrameThatBrokeOffLeavesNothing) {
 }
 
 TEST_F(FrameRendererTest, FreshLayersAreTheCachedOnes) {
-    const MetaBorder border{
-        .Enable = 1, .Size = 3, .Color1 = 255, .Color2 = 99, .GradType = 5, .Alpha = 200, .BlurRadius = 2};
+    const MetaBorder border{1, 3, 255, 99, 5, 200, 2};
     owner.Title.SetDefaultBorder(&border);
     owner.ChangeDefaultString([](StringSpec& string) { string.RotateDegree = 20; });
     owner.Add(u"a\u4e00", 30.5F, 2.25F);
@@ -250,23 +215,8 @@ TEST_F(FrameRendererTest, FreshLayersAreTheCachedOnes) {
     EXPECT_EQ(Frame(), cached);
 }
 
-TEST_F(FrameRendererTest, RotatesAboutTheStringsCorner) {
-    owner.ChangeDefaultString([](StringSpec& string) { string.RotateDegree = 90; });
-    owner.Add(u"a", 80, 10);
-    // Turned clockwise about (80, 10): the box, from (0, 24) to (24, 56) of the string, lies from 24 to 56 to the left
-    // of the corner and from 0 to 24 below it. The turned coordinates are whole but for rounding, hence a pixel of
-    // grace.
-    const Pixels frame = Frame();
-    EXPECT_GT(AlphaOf(At(frame, 26, 12)), 250U);
-    EXPECT_GT(AlphaOf(At(frame, 54, 32)), 250U);
-    EXPECT_EQ(AlphaOf(At(frame, 22, 20)), 0U);
-    EXPECT_EQ(AlphaOf(At(frame, 58, 20)), 0U);
-    EXPECT_EQ(AlphaOf(At(frame, 40, 36)), 0U);
-    EXPECT_EQ(AlphaOf(At(frame, 40, 8)), 0U);
-}
-
 TEST_F(FrameRendererTest, DestinationsWithAndWithoutAlpha) {
-    MetaFace half{.Enable = 1, .Color1 = 255, .Color2 = 255, .GradType = 0, .Alpha = 127, .BlurRadius = 0};
+    MetaFace half = FaceOf(255, 127);
     owner.Title.SetDefaultFace(&half);
     owner.Add(u"a", 10, 2);
     // alpha: 128 * 255 / 256 = 127; placed 127 * 65356 >> 16 = 126; red premultiplied 255 * 127 >> 8 = 126.
@@ -281,23 +231,6 @@ TEST_F(FrameRendererTest, DestinationsWithAndWithoutAlpha) {
     EXPECT_EQ(At(opaque, 20, 40), 0xFF7E4100U);
     EXPECT_EQ(Frame(0, 0xFF008000), opaque);
     EXPECT_EQ(At(opaque, 5, 5), 0xFF008000U);
-}
-
-TEST_F(FrameRendererTest, ThePostFilterSoftensRows) {
-    owner.Add(u"a", 10, 2);
-    owner.ChangeSettings([](TitleRenderSettings& s) { s.PostFilter = 1; });
-    for (const int32_t destinationAlpha : {1, 0}) {
-        owner.ChangeSettings([&](TitleRenderSettings& s) { s.DestinationAlpha = destinationAlpha; });
-        for (int kept = 0; kept < 2; ++kept) {
-            const Pixels frame = Frame(0, destinationAlpha != 0 ? 0 : 0xFF000000);
-            const auto level = [&](int32_t y) {
-                return destinationAlpha != 0 ? AlphaOf(At(frame, 20, y)) : ChannelOf(At(frame, 20, y), 0);
-            };
-            EXPECT_NEAR(level(25), 64, 1) << "a quarter above the top row";
-            EXPECT_NEAR(level(26), 191, 1);
-            EXPECT_NEAR(level(40), 254, 1);
-        }
-    }
 }
 
 TEST_F(FrameRendererTest, SettingsReleaseWhatTheyInvalidate) {

@@ -124,19 +124,9 @@ struct GlyphLayersTest : testing::Test {
 };
 
 TEST_F(GlyphLayersTest, PositionsAndSizes) {
-    const MetaBorder border{
-        .Enable = 1, .Size = 10, .Color1 = 0, .Color2 = 0, .GradType = 0, .Alpha = 255, .BlurRadius = 0};
+    const MetaBorder border = BorderOf(10, 0);
     owner.Title.SetDefaultBorder(&border);
-    const MetaShadow shadow{.EnableFace = 1,
-                            .EnableBorder = 1,
-                            .Color1 = 0,
-                            .Color2 = 0,
-                            .GradType = 0,
-                            .Alpha = 255,
-                            .BlurRadius = 0,
-                            .OffsetX = 3,
-                            .OffsetY = 4,
-                            .Height = 0};
+    const MetaShadow shadow = ShadowAt(3, 4);
     owner.Title.SetDefaultShadow(&shadow);
     const CharSpacing wide{.WidthScale = 1.5F, .Spacing = 0};
     owner.Title.SetDefaultCharSpacing(&wide);
@@ -192,22 +182,6 @@ TEST_F(GlyphLayersTest, OnlyDirtyLayersAreBuilt) {
     GlyphLayers space;
     EXPECT_EQ(Build(space, {1, 1, 0}, 1), 0);
     EXPECT_EQ(space.DirtyMask, 0) << "not tried again";
-}
-
-TEST_F(GlyphLayersTest, TheOffsetTurnsWithTheStringAlone) {
-    owner.ChangeDefaultString([](StringSpec& string) { string.RotateDegree = 90; });
-    owner.Add(u"a");
-    GlyphLayers layers;
-    Build(layers, {1, 1, 90});
-    // Turned by 90 degrees clockwise the box is 32 wide and 24 high, its base point at its upper left corner: y upward
-    // it reaches from 0 to -24. The base point lies 48 to the left of the character's position.
-    EXPECT_EQ(layers.Face.Width, 32);
-    EXPECT_NEAR(layers.Face.X, -48, 1e-3);
-    EXPECT_NEAR(layers.Face.Y, 0, 1e-3);
-    Build(layers);
-    layers.DirtyMask = kAllLayersDirty;
-    Build(layers, {1, 1, 0});
-    EXPECT_NEAR(layers.Face.X, -48, 1e-3) << "another rotation of the glyph does not move it";
 }
 
 }  // namespace

@@ -22,31 +22,24 @@ struct GoldenFramesTest : testing::Test {
         });
     }
     void SetFace(uint32_t color1, uint32_t color2, int32_t gradient, int32_t blur = 0) {
-        const MetaFace face{
-            .Enable = 1, .Color1 = color1, .Color2 = color2, .GradType = gradient, .Alpha = 255, .BlurRadius = blur};
+        MetaFace face = FaceOf(color1);
+        face.Color2 = color2;
+        face.GradType = gradient;
+        face.BlurRadius = blur;
         owner.Title.SetDefaultFace(&face);
     }
     void SetBorder(int32_t size, uint32_t color, int32_t blur = 0) {
-        const MetaBorder border{.Enable = 1,
-                                .Size = size,
-                                .Color1 = color,
-                                .Color2 = color,
-                                .GradType = 0,
-                                .Alpha = 255,
-                                .BlurRadius = blur};
+        MetaBorder border = BorderOf(size, color);
+        border.BlurRadius = blur;
         owner.Title.SetDefaultBorder(&border);
     }
     void SetShadow(float offset, int32_t blur, int32_t extruded, uint32_t color2 = 0) {
-        const MetaShadow shadow{.EnableFace = 1,
-                                .EnableBorder = 1,
-                                .Color1 = 0,
-                                .Color2 = color2,
-                                .GradType = 1,
-                                .Alpha = 200,
-                                .BlurRadius = blur,
-                                .OffsetX = offset,
-                                .OffsetY = offset,
-                                .Height = extruded};
+        MetaShadow shadow = ShadowAt(offset, offset);
+        shadow.Color2 = color2;
+        shadow.GradType = 1;
+        shadow.Alpha = 200;
+        shadow.BlurRadius = blur;
+        shadow.Height = extruded;
         owner.Title.SetDefaultShadow(&shadow);
     }
     testing::AssertionResult FrameMatches(const char* name) {

@@ -71,20 +71,6 @@ TEST(ImageUtilityTest, CompositesRoundOnce) {
     EXPECT_EQ(Over(&ImageUtilityOps::CompositePremultipliedOnto, 0, 0x12345678), 0x12345678U);
 }
 
-TEST(ImageUtilityTest, StudioRangeYuv) {
-    const struct {
-        uint8_t r, g, b, y, u, v;
-    } cases[] = {
-        {0, 0, 0, 16, 128, 128}, {255, 255, 255, 235, 128, 128}, {255, 0, 0, 82, 90, 240}, {0, 0, 255, 41, 240, 110}};
-    for (const auto& c : cases) {
-        uint8_t y = 0, u = 0, v = 0;
-        Ops().RgbToYuv(c.r, c.g, c.b, &y, &u, &v);
-        EXPECT_EQ(int{y}, int{c.y});
-        EXPECT_EQ(int{u}, int{c.u});
-        EXPECT_EQ(int{v}, int{c.v});
-    }
-}
-
 TEST(ImageUtilityTest, PlaneFilterIsAVerticalLowpassWithinItsRectangle) {
     // 3 columns of 70 would be one strip and more: the filter must not mix columns nor leave the rectangle.
     constexpr int32_t kWidth = 70, kPitch = 72, kHeight = 3;

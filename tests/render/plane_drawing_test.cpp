@@ -52,29 +52,6 @@ TEST(PlaneDrawingTest, WholePositionsAtOrBelowZeroLandOnePixelOn) {
     EXPECT_EQ(below.At(1, 1), 0U);
 }
 
-TEST(PlaneDrawingTest, FractionsSpreadOverFourPixels) {
-    // At (1.25, 1.5): fx 0.25, fy 0.5. The pixel's own place has weight 0.75 * 0.5 of 65356 = 24508: 255 of it is 95;
-    // to the right 0.25 * 0.5 = 8169: 31. The colour is not weighted: white times (a + 1) >> 8.
-    Plane plane{4, 4};
-    plane.Draw(Bitmap(1, 1, {0xFFFFFFFF}), 1.25F, 1.5F);
-    EXPECT_EQ(plane.At(1, 1), 0x5F5F5F5FU);
-    EXPECT_EQ(plane.At(1, 2), 0x5F5F5F5FU);
-    EXPECT_EQ(plane.At(2, 1), 0x1F1F1F1FU);
-    EXPECT_EQ(plane.At(2, 2), 0x1F1F1F1FU);
-    Plane left{4, 4};
-    left.Draw(Bitmap(2, 1, {0xFFFFFFFF, 0xFFFFFFFF}), -0.75F, 1);  // fx 0.25 from -1: what lies left of 0 is cut off
-    EXPECT_EQ(AlphaOf(left.At(0, 1)), 254U);                       // 16339 + 49017: both pixels meet here
-    EXPECT_EQ(AlphaOf(left.At(1, 1)), 63U);                        // 255 * 16339 >> 16
-}
-
-TEST(PlaneDrawingTest, ColorsAreThePlainMeanOfSamplesWithAlpha) {
-    // Three samples with alpha, one of them faint: each has a third of the colour.
-    Plane plane{4, 4};
-    plane.Draw(Bitmap(2, 2, {0xFF0000FF, 0x01000000, 0x0000FF00, 0xFFFF0000}), 1.5F, 1.5F);
-    const uint32_t middle = plane.At(2, 2);  // all four meet: (255 + 1 + 0 + 255) * 16339 >> 16 = 127
-    EXPECT_EQ(middle, 127U << 24U | (85 * 128 >> 8) << 16U | 85 * 128 >> 8);
-}
-
 TEST(PlaneDrawingTest, LaterCharactersLieOverEarlierOnes) {
     Plane plane{2, 1, {0x80400000, 0xFF204060}};
     plane.Draw(Bitmap(1, 1, {0x80FFFFFF}), 1, 0.5F);  // fy 0.5: alpha 128 * 32678 >> 16 = 63
@@ -132,19 +109,6 @@ TEST(PlaneDrawingTest, MergesFaceOverBorder) {
         EXPECT_EQ(border[0], c.merged) << std::hex << c.border << ' ' << c.face;
         EXPECT_EQ(border[1], 5U) << "beyond the rectangle";
     }
-}
-
-TEST(RectTest, Arithmetic) {
-    constexpr TitleRect kA{0, 0, 4, 4}, kB{2, 2, 9, 3}, kEmpty{7, 7, 7, 9};
-    const auto equal = [](const TitleRect& a, const TitleRect& b) {
-        return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
-    };
-    EXPECT_TRUE(equal(Intersection(kA, kB), {2, 2, 4, 3}));
-    EXPECT_TRUE(equal(Intersection(kA, {4, 0, 5, 4}), {0, 0, 0, 0}));
-    EXPECT_TRUE(equal(Union(kA, kB), {0, 0, 9, 4}));
-    EXPECT_TRUE(equal(Union(kA, kEmpty), kA));
-    EXPECT_TRUE(equal(Union(kEmpty, kEmpty), {0, 0, 0, 0}));
-    EXPECT_TRUE(equal(Inflated({}, 2), {-2, -2, 2, 2}));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "paths/path_catalog.h"
 #include "paths/path_random.h"
 #include "support/fake_platform.h"
 
@@ -43,8 +44,7 @@ public:
         });
         const FontSpec font = Font(u"Box", 20);
         owner_.Title.SetDefaultFont(&font);
-        const MetaBorder border{
-            .Enable = 1, .Size = 4, .Color1 = 255, .Color2 = 0xFF00, .GradType = 4, .Alpha = 200, .BlurRadius = 3};
+        const MetaBorder border{1, 4, 255, 0xFF00, 4, 200, 3};
         owner_.Title.SetDefaultBorder(&border);
         for (int32_t i = 0; i < 3; ++i) {
             owner_.ChangeDefaultString([&](StringSpec& string) {
@@ -55,12 +55,19 @@ public:
         }
     }
 
+    void SetEffect(const char* name) {
+        for (int32_t i = 0; i < 3; ++i) {
+            SetText(owner_.String(i).PathID, name);
+            owner_.String(i).PathChanged = 1;
+        }
+    }
+
     std::vector<uint32_t> Frames() {
         std::vector<uint32_t> frames;
         for (const float progress : {0.3F, 0.8F, 1.0F, 1.0F}) {
             for (int32_t i = 0; i < 3; ++i) {
                 owner_.String(i).PathProgress = progress;
-                if (setting_.IsTransformed) BindRestless(i);
+                if (setting_.IsTransformed) owner_.Bind(i, std::make_unique<Restless>());
             }
             std::vector<uint32_t> frame(static_cast<size_t>(kWidth) * kHeight, 0xFF204060);
             EXPECT_EQ(owner_.Title.RenderFrame(frame.data(), 0), kTitleOk);
@@ -70,22 +77,7 @@ public:
     }
 
 private:
-    /// Binds by hand, as a frame does: it takes the object that is there.
-    void BindRestless(int32_t index) {
-        MetaString& string = owner_.String(index);
-        string.PathObject = PathHandle(std::make_unique<Restless>().release(), PathReturner{&effects_});
-        const int32_t count = CountOf(string.Characters);
-        string.PathObject->SetCharCount(count);
-        for (int32_t i = 0; i < count; ++i) {
-            TitleRectF rect{};
-            owner_.Title.GetCharRect(index, i, &rect, 0);
-            string.PathObject->SetCharBox(i, {rect.x, rect.y, rect.width, rect.height, rect.x, rect.y});
-        }
-        string.PathChanged = 0;
-    }
-
     const Setting& setting_;
-    CPathManager effects_;
     TestTitle owner_{FakePlatformOptions{.Processors = 2}};
 };
 
@@ -100,6 +92,22 @@ TEST(ThreadedFrameTest, EveryThreadCountGivesTheSameBytes) {
                     << threads << " threads, mode " << mode << ", bits " << bits;
             }
         }
+    }
+}
+
+TEST(ThreadedFrameTest, EveryEffectIsTheSameOnFourThreads) {
+    const auto framesOf = [](const char* name, int32_t maxThreads) {
+        Crowd crowd({.AntialiasMode = 1,
+                     .GlyphCacheEnabled = 1,
+                     .PostFilter = 0,
+                     .DestinationAlpha = 1,
+                     .IsTransformed = false},
+                    maxThreads);
+        crowd.SetEffect(name);
+        return crowd.Frames();
+    };
+    for (const PathCatalogEntry& row : PathCatalog()) {
+        EXPECT_EQ(framesOf(row.PathName, 1), framesOf(row.PathName, 4)) << row.PathName;
     }
 }
 

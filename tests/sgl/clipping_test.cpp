@@ -34,9 +34,9 @@ std::string Clip(const ScreenProjection& projection, const std::array<Vec3, 3>& 
 
 TEST(SglClipping, TrianglesOnAFrameOfEightByEight) {
     constexpr float kNan = std::numeric_limits<float>::quiet_NaN(), kInf = std::numeric_limits<float>::infinity();
-    const ScreenProjection flat(false, 8, 8, {0, 1, 0, 8, 0.5f, 100});    // pixels, the axis at (0, 0)
-    const ScreenProjection deep(true, 8, 8, {-1, 1, -1, 1, 1, 100});      // 4 pixels a unit at 1, the axis at (4, 4)
-    const ScreenProjection nearZero(true, 8, 8, {-1, 1, -1, 1, 0, 100});  // a scale of 0
+    const ScreenProjection flat(false, 8, 8, {0, 1, 0, 8, 0.5f});    // pixels, the axis at (0, 0)
+    const ScreenProjection deep(true, 8, 8, {-1, 1, -1, 1, 1});      // 4 pixels a unit at 1, the axis at (4, 4)
+    const ScreenProjection nearZero(true, 8, 8, {-1, 1, -1, 1, 0});  // a scale of 0
     struct Case {
         const ScreenProjection& projection;
         std::array<Vec3, 3> eye;

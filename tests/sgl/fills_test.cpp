@@ -71,29 +71,6 @@ TEST(SglFills, NearerWinsAndEqualLoses) {
     }
 }
 
-TEST(SglFills, StepsInARow) {
-    Pixels frame(8);
-    RasterizerGen rasterizer(0);
-    rasterizer.SetDepthTest(true);
-    rasterizer.Configure(false, 8, 1, {0, 1, 0, 8, 1, 10}, frame.data());
-    const auto row = [](const ScreenVertex& left, const ScreenVertex& right) {
-        ScreenPolygon polygon;
-        for (const ScreenVertex& v : {left, right}) polygon.Append({v.x, 0, v.z, v.color});
-        for (const ScreenVertex& v : {right, left}) polygon.Append({v.x, 1, v.z, v.color});
-        return polygon;
-    };
-    // Red falls by 0xFF0000 / 8: 255, 223.125, 191.25 and so on.
-    rasterizer.FillSmooth(row({0, 0, 1, {0xFF0000, 0, 0}}, {8, 0, 1, {0, 0, 0}}));
-    EXPECT_EQ(frame, (Pixels{0xFF0000, 0xDF0000, 0xBF0000, 0x9F0000, 0x7F0000, 0x5F0000, 0x3F0000, 0x1F0000}));
-    // Depth falls by 800 / 9 = 88 a pixel, and meets 600 after four: 1000 - 4 x 88 = 648, 1000 - 5 x 88 = 560.
-    const std::array<SGLVertex, 3> corners{};
-    SGLTriangle triangle{{1, 0, 0}, {1, 0, 0}, false, {corners.data(), &corners[1], &corners[2]}, 0, 0, nullptr};
-    rasterizer.FillFlat(row({0, 0, 600, {}}, {8, 0, 600, {}}), triangle);
-    triangle.frontColor = {2, 0, 0};
-    rasterizer.FillFlat(row({0, 0, 1000, {}}, {8, 0, 200, {}}), triangle);
-    EXPECT_EQ(frame, (Pixels{2, 2, 2, 2, 2, 1, 1, 1}));
-}
-
 TEST(SglFills, CullingTellsTheSidesApart) {
     for (const bool perspective : {false, true}) {
         for (const int32_t frontFace : {SGL_CW, SGL_CCW}) {

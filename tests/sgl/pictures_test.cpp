@@ -23,51 +23,6 @@ void WritePicture(const std::string& name, const Pixels& pixels, int32_t width) 
                         static_cast<int32_t>(pixels.size()) / width);
 }
 
-/// Lines of letters that tell left from right and top from bottom, `lift` pixels up, in a frame.
-Pixels PictureOfText(int32_t width, int32_t height, int32_t lift) {
-    constexpr std::array<uint8_t, 7> kLetterF = {0b11111, 0b10000, 0b10000, 0b11110, 0b10000, 0b10000, 0b10000},
-                                     kLetterG = {0b01110, 0b10001, 0b10000, 0b10111, 0b10001, 0b10001, 0b01110};
-    Pixels pixels(static_cast<size_t>(width * height));
-    for (int32_t y = 0; y < height; ++y) {
-        for (int32_t x = 0; x < width; ++x) {
-            const int32_t row = (y + lift) / 4, column = x / 4;
-            const auto& letter = column / 6 % 2 == 0 ? kLetterF : kLetterG;
-            const bool inLetter =
-                row % 9 < 7 && column % 6 < 5 && (letter[static_cast<size_t>(row % 9)] >> (4 - column % 6) & 1) != 0;
-            const bool inFrame = std::min({x, y, width - 1 - x, height - 1 - y}) < 2;
-            const auto shade = static_cast<uint32_t>(y * 255 / height);
-            pixels[static_cast<size_t>(y * width + x)] = inFrame    ? 0xFFFFFFFF
-                                                         : inLetter ? 0xFFFFC000 | shade
-                                                                    : 0x80002040;
-        }
-    }
-    return pixels;
-}
-
-TEST(SglPictures, SlabAtFiveMoments) {
-    constexpr int32_t kWidth = 320, kHeight = 240;
-    constexpr float kAspect = 320.0f / 240.0f;
-    Pixels all;
-    for (int32_t moment = 0; moment < 5; ++moment) {
-        const Pixels text = PictureOfText(kWidth, kHeight, 9 * moment);
-        Pixels frame(text.size());
-        PathScene scene;
-        ASSERT_TRUE(scene.Init(kWidth, kHeight, 1));
-        BoxMesh box = CreateBoxMesh(0.25f, -0.25f, -4 / kAspect, 4 / kAspect, 1.5f, -1.5f, 120, 120, 120);
-        SetBoxFaceTexture(box, text.data(), kWidth, kHeight, {{{0, 0}, {1, 0}, {0, 1}, {1, 1}}});
-        ASSERT_EQ(scene.AddMesh(box), 1);
-        ASSERT_TRUE(scene.BeginFrame(frame.data(), kWidth, kHeight));
-        scene.ResetObjectTransform(1);
-        scene.RotateObject(1, 1.0681415f, 1, 0, 0);
-        scene.TransformObjects();
-        scene.BuildDrawList();
-        scene.SortDrawList();
-        scene.Render();
-        all.insert(all.end(), frame.begin(), frame.end());
-    }
-    WritePicture("sgl_slab", all, kWidth);
-}
-
 /// The colour of a face with the normal `n` under the scene's light, as floating-point optics say.
 uint32_t Lit(uint32_t color, const Vec3& n) {
     const Vec3 light = Vec3{0, -0.5f, 1} / std::sqrt(1.25f);

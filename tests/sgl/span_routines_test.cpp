@@ -79,51 +79,5 @@ TEST(SglSpanRoutines, EachDoesItsOwn) {
     }
 }
 
-TEST(SglSpanRoutines, RejectedPixelsHideWhatComesBehind) {
-    const Pixels clear(16, 0x7FFFFFFF);
-    const PixelCanvas canvas(4, 4);
-    for (const int32_t capability : {SGL_DEPTH_TEST, SGL_ALPHA_TEST}) canvas.gl->Enable(capability);
-    canvas.BindPicture(1, clear, 4);
-    canvas.Rectangle(0, 0, 4, 4, 1);
-    canvas.gl->Disable(SGL_TEXTURE_2D);
-    canvas.Rectangle(0, 0, 4, 4, 2);
-    EXPECT_EQ(canvas.Pixels(), Pixels(16));
-}
-
-TEST(SglSpanRoutines, SizesThatAreNoPowerOfTwo) {
-    Pixels picture(6 * 3);
-    for (uint32_t i = 0; i < picture.size(); ++i) picture[i] = 0xFF000000 + i;
-    PixelCanvas canvas(6, 3);
-    canvas.BindPicture(1, picture, 6);
-    canvas.Rectangle(0, 0, 6, 3);
-    const Pixels opaque = canvas.Pixels();
-    for (uint32_t i = 0; i < opaque.size(); ++i) {
-        // Sixths and thirds in 16.16: where a texel begins may fall a hair to either side.
-        const uint32_t x = i % 6, y = i / 6, u = (opaque[i] - 0xFF000000) % 6, v = (opaque[i] - 0xFF000000) / 6;
-        EXPECT_TRUE(u == std::min(x + 1, 5U) || u == x) << i;
-        EXPECT_TRUE(v == std::min(y + 1, 2U) || v == y) << i;
-    }
-    canvas.gl->Enable(SGL_DEPTH_TEST);
-    canvas.Rectangle(0, 0, 6, 3);
-    EXPECT_EQ(canvas.Pixels(), Pixels(6 * 3, 0xFF000000)) << "the others see the first texel only";
-}
-
-TEST(SglSpanRoutines, WhatHasNoMappingIsNotDrawn) {
-    const Pixels picture = Picture();
-    const auto drawsNothing = [&](int32_t width, int32_t height, const std::array<Corner, 3>& corners) {
-        const PixelCanvas canvas(kSide, kSide);
-        canvas.BindPicture(1, picture, kSide);
-        canvas.gl->TexImage2D(SGL_TEXTURE_2D, 0, SGL_RGBA, width, height, 0, SGL_BGRA, SGL_UNSIGNED_BYTE,
-                              picture.data());
-        canvas.Triangle(corners);
-        return canvas.Pixels() == Pixels(kSide * kSide);
-    };
-    const std::array<Corner, 3> proper = {{{0, 0, 1, 0, 0}, {8, 0, 1, 1, 0}, {0, 8, 1, 0, 1}}};
-    EXPECT_FALSE(drawsNothing(8, 8, proper));
-    EXPECT_TRUE(drawsNothing(0, 8, proper));
-    EXPECT_TRUE(drawsNothing(8, -1, proper));
-    EXPECT_TRUE(drawsNothing(8, 8, {{{0, 0, 1, 0.5, 0}, {8, 0, 1, 0.5, 0}, {0, 8, 1, 0.5, 1}}}));
-}
-
 }  // namespace
 }  // namespace sgl::test

@@ -174,6 +174,16 @@ FontSpec Font(std::u16string_view face, float size) {
     return font;
 }
 
+MetaFace FaceOf(uint32_t color, int32_t alpha) {
+    return {.Enable = 1, .Color1 = color, .Color2 = color, .GradType = 0, .Alpha = alpha, .BlurRadius = 0};
+}
+MetaBorder BorderOf(int32_t size, uint32_t color) {
+    return {.Enable = 1, .Size = size, .Color1 = color, .Color2 = color, .GradType = 0, .Alpha = 255, .BlurRadius = 0};
+}
+MetaShadow ShadowAt(float offsetX, float offsetY) {
+    return {1, 1, 0, 0, 0, 255, 0, offsetX, offsetY, 0};
+}
+
 TestTitle::TestTitle(FakePlatformOptions options) : Platform(options) {
     const FontSpec font = Font(u"Box");
     const MetaBorder border{};
@@ -188,6 +198,19 @@ StringSpec TestTitle::DefaultString() {
     StringSpec string{};
     Title.GetStringSettings(-1, &string);
     return string;
+}
+
+void TestTitle::Bind(int32_t index, std::unique_ptr<CPathBase> effect) {
+    MetaString& string = String(index);
+    const int32_t count = CountOf(string.Characters);
+    effect->SetCharCount(count);
+    for (int32_t i = 0; i < count; ++i) {
+        TitleRectF rect{};
+        Title.GetCharRect(index, i, &rect, 0);
+        effect->SetCharBox(i, {rect.x, rect.y, rect.width, rect.height, rect.x, rect.y});
+    }
+    string.PathObject = PathHandle(effect.release(), PathReturner{&Effects});
+    string.PathChanged = 0;
 }
 
 int32_t TestTitle::Add(std::u16string_view text, float left, float top) {

@@ -88,6 +88,11 @@ private:
 /// A font request of the fake platform, 64 document units unless told.
 [[nodiscard]] FontSpec Font(std::u16string_view face, float size = 64);
 
+/// Styles of one colour, 0x00BBGGRR, without blur; a shadow is black, and cast by face and border.
+[[nodiscard]] MetaFace FaceOf(uint32_t color, int32_t alpha = 255);
+[[nodiscard]] MetaBorder BorderOf(int32_t size, uint32_t color);
+[[nodiscard]] MetaShadow ShadowAt(float offsetX, float offsetY);
+
 /// A title on a fake platform, font "Box" of size 64, face alone: white, opaque, no border, no shadow.
 struct TestTitle {
     explicit TestTitle(FakePlatformOptions options = {});
@@ -110,8 +115,11 @@ struct TestTitle {
         Title.SetRenderSettings(&settings);
     }
     [[nodiscard]] StringSpec DefaultString();
+    /// Binds an effect to a string as a frame does, which takes the one that is there.
+    void Bind(int32_t index, std::unique_ptr<CPathBase> effect);
 
     FakePlatform Platform;
+    CPathManager Effects;
     CCaptionFx Title{Platform};
 };
 

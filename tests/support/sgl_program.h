@@ -13,6 +13,19 @@
 
 namespace sgl::test {
 
+/// The operations in the order of their slots, of which the first has the number 1.
+inline constexpr std::tuple kOperations(&SGL::ClearColor, &SGL::ShadeModel, &SGL::Enable, &SGL::Disable, &SGL::Viewport,
+                                        &SGL::GetIntegerv, &SGL::Lightfv, &SGL::GenTextures, &SGL::DeleteTextures,
+                                        &SGL::BindTexture, &SGL::TexImage2D, &SGL::Clear, &SGL::FrontFace,
+                                        &SGL::MatrixMode, &SGL::LoadIdentity, &SGL::Translated, &SGL::Rotated,
+                                        &SGL::MultMatrixf, &SGL::MultMatrixd, &SGL::LookAt, &SGL::Color3ub,
+                                        &SGL::Color3d, &SGL::Color3f, &SGL::Color4ub, &SGL::Color4d, &SGL::Color4f,
+                                        &SGL::Color3fv, &SGL::Color3dv, &SGL::Color3ubv, &SGL::Color4fv, &SGL::Color4dv,
+                                        &SGL::Color4ubv, &SGL::TexCoord2d, &SGL::Begin, &SGL::Normal3fv,
+                                        &SGL::Normal3dv, &SGL::Vertex3fv, &SGL::Vertex3dv, &SGL::End,
+                                        &SGL::GetBeginState, &SGL::ReadPixels, &SGL::Frustum, &SGL::Ortho,
+                                        &SGL::GetError, &SGL::SetFrameBuffer, &SGL::SetColorSpace, &SGL::Flush);
+
 class SglProgram {
 public:
     explicit SglProgram(captionfx::fuzz::InputReader& in) : in_(in), gl_(std::make_unique<SGLGen>(in.UpTo(4))) {
@@ -37,61 +50,29 @@ public:
     [[nodiscard]] bool DrewSomething() const { return drewSomething_; }
 
 private:
-    // clang-format off
     void CallSlot(int32_t slot) {
         switch (slot) {
-            case 1: return Call(&SGL::ClearColor);
-            case 2: return Call(&SGL::ShadeModel);
-            case 3: return Call(&SGL::Enable);
-            case 4: return Call(&SGL::Disable);
-            case 5: return Viewport();
-            case 6: return Call(&SGL::GetIntegerv);
-            case 7: return Call(&SGL::Lightfv);
-            case 8: return Call(&SGL::GenTextures);
-            case 9: return Call(&SGL::DeleteTextures);
-            case 10: return gl_->BindTexture(SGL_TEXTURE_2D, Take<uint32_t>());
-            case 11: return TexImage();
-            case 12: return gl_->Clear(uint32_t{in_.Byte()} << 8);
-            case 13: return Call(&SGL::FrontFace);
-            case 14: return Call(&SGL::MatrixMode);
-            case 15: return Call(&SGL::LoadIdentity);
-            case 16: return Call(&SGL::Translated);
-            case 17: return Call(&SGL::Rotated);
-            case 18: return Call(&SGL::MultMatrixf);
-            case 19: return Call(&SGL::MultMatrixd);
-            case 20: return Call(&SGL::LookAt);
-            case 21: return Call(&SGL::Color3ub);
-            case 22: return Call(&SGL::Color3d);
-            case 23: return Call(&SGL::Color3f);
-            case 24: return Call(&SGL::Color4ub);
-            case 25: return Call(&SGL::Color4d);
-            case 26: return Call(&SGL::Color4f);
-            case 27: return Call(&SGL::Color3fv);
-            case 28: return Call(&SGL::Color3dv);
-            case 29: return Call(&SGL::Color3ubv);
-            case 30: return Call(&SGL::Color4fv);
-            case 31: return Call(&SGL::Color4dv);
-            case 32: return Call(&SGL::Color4ubv);
-            case 33: return Call(&SGL::TexCoord2d);
-            case 34: return Call(&SGL::Begin);
-            case 35: return Call(&SGL::Normal3fv);
-            case 36: return Call(&SGL::Normal3dv);
-            case 37: return Call(&SGL::Vertex3fv);
-            case 38: return Call(&SGL::Vertex3dv);
-            case 39: return Call(&SGL::End);
-            case 40: return Mix(static_cast<uint32_t>(gl_->GetBeginState()));
-            case 41: return ReadPixels();
-            case 42: return Call(&SGL::Frustum);
-            case 43: return Call(&SGL::Ortho);
-            case 44: return Mix(static_cast<uint32_t>(gl_->GetError()));
-            case 45: return SetFrameBuffer();
-            case 46: return Call(&SGL::SetColorSpace);
-            case 47: return Call(&SGL::Flush);
-            case 48: return Triangles(300);  // more than a batch
-            default: return Triangles(slot < 56 ? 8 : 1);
+            case 5:
+                return Viewport();
+            case 10:
+                return gl_->BindTexture(SGL_TEXTURE_2D, Take<uint32_t>());
+            case 11:
+                return TexImage();
+            case 12:
+                return gl_->Clear(uint32_t{in_.Byte()} << 8);
+            case 41:
+                return ReadPixels();
+            case 45:
+                return SetFrameBuffer();
+            case 48:
+                return Triangles(300);  // more than a batch
+            default:
+                if (slot == 0 || slot > 47) return Triangles(slot < 56 ? 8 : 1);
+                int32_t number = 0;
+                std::apply([&](auto... operations) { ((++number == slot ? Call(operations) : void()), ...); },
+                           kOperations);
         }
     }
-    // clang-format on
 
     /// Calls with arguments from the bytes, read from left to right.
     template <class... Arguments>
@@ -99,6 +80,8 @@ private:
         const std::tuple<Arguments...> arguments{Take<Arguments>()...};
         std::apply([&](auto... a) { (*gl_.*operation)(a...); }, arguments);
     }
+
+    void Call(int32_t (SGL::*question)()) { Mix(static_cast<uint32_t>((*gl_.*question)())); }
 
     template <class Argument>
     Argument Take() {

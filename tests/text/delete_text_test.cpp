@@ -43,17 +43,6 @@ TEST_F(DeleteTextTest, JoinedTextTakesTheLaterParagraph) {
     }
 }
 
-TEST_F(DeleteTextTest, AnEmptiedStringStartsAnew) {
-    owner.Add(u"ab", 5, 6);
-    EXPECT_EQ(title.DeleteText(0, 0, 2), 0);
-    const MetaString& string = owner.String();
-    EXPECT_TRUE(string.Lines.empty() && string.Paragraphs.empty() && string.Fonts.empty() && string.Shadows.empty());
-    EXPECT_EQ(string.Height, 84) << "of one blank";
-    EXPECT_EQ(string.Top, 6);
-    EXPECT_EQ(title.InsertText(0, 0, u"x"), 1);
-    EXPECT_EQ(title.GetParagraphCount(0), 1);
-}
-
 TEST_F(DeleteTextTest, EveryCharacterDrawsItsOwnGlyphAfterAnEdit) {
     for (const int32_t cached : {0, 1}) {
         TestTitle fresh;

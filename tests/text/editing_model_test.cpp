@@ -100,8 +100,7 @@ private:
         title.Title.SetDefaultFont(&string);
         const MetaFace face{.Enable = 1, .Color1 = 0, .Color2 = 0, .GradType = font, .Alpha = 255, .BlurRadius = 0};
         title.Title.SetDefaultFace(&face);
-        const ParagraphSpec paragraph{
-            .Align = align, .LineSpace = 0, .BeforeSpace = 0, .AfterSpace = 0, .LeftIndent = 0, .RightIndent = 0};
+        const ParagraphSpec paragraph{align, 0, 0, 0, 0, 0};
         title.Title.SetDefaultParagraph(&paragraph);
     }
 

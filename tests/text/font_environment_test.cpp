@@ -43,19 +43,6 @@ TEST_F(FontEnvironmentTest, SizesBecomeRatios) {
     EXPECT_TRUE(std::signbit(Measure(0, status).SizeRatio));
 }
 
-TEST_F(FontEnvironmentTest, MetricsScaleWithTheRatio) {
-    int32_t status = -1;
-    const MetaFont font = Measure(64, status);  // a ratio of 1/32
-    EXPECT_EQ(font.Ascent, 48);
-    EXPECT_EQ(font.Descent, -16);
-    EXPECT_EQ(font.IntLead, 8);
-    EXPECT_EQ(font.ExtLead, 4);
-    EXPECT_EQ(font.StrikeoutPos, 20);
-    EXPECT_EQ(font.StrikeoutSize, 2);
-    EXPECT_EQ(font.UnderlinePos, -6);
-    EXPECT_EQ(font.UnderlineSize, 3);
-}
-
 TEST_F(FontEnvironmentTest, BrokenMetricsAreReplaced) {
     OutlineMetrics& metrics = fonts.Families[u"Box"].Metrics;
     metrics.Ascent = metrics.Descent = 0;

@@ -76,7 +76,7 @@ TEST_F(InsertTextTest, EqualStylesAreStoredOnce) {
     const MetaString& string = owner.String();
     EXPECT_EQ(string.Fonts.size(), 1U);
     EXPECT_EQ(string.Faces.size() + string.Borders.size() + string.Shadows.size(), 3U);
-    MetaFace red{.Enable = 1, .Color1 = 255, .Color2 = 255, .GradType = 0, .Alpha = 9, .BlurRadius = 0};
+    MetaFace red = test::FaceOf(255, 9);
     title.SetDefaultFace(&red);
     MetaFace face{};
     title.GetCharFace(0, 0, &face);

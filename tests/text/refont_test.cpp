@@ -89,19 +89,16 @@ TEST(RefontTest, TheFastWayIsThePlainOne) {
 TEST(RefontTest, AMissingFaceIsReplacedAtItsSize) {
     TestTitle title, other;
     FontSpec font = Font(u"Tall", 32);
-    font.Bold = 1;
     title.Title.SetDefaultFont(&font);
     title.Add(u"a\u4e00");
     MakeOther(other.Platform);
     CCaptionFx there(other.Platform);
     ASSERT_EQ(LoadText(there, SavedText(title.Title)), kTitleOk);
-    FontSpec used{};
-    there.GetCharFont(0, 0, &used);
-    EXPECT_EQ(TextOf(used.FaceName), TextOf(other.Platform.FontsOfBoxes.DefaultGuiFont().lfFaceName));
-    EXPECT_EQ(used.Size, 32);
-    EXPECT_EQ(used.Bold, 1);
-    there.GetCharFont(0, 1, &used);
-    EXPECT_EQ(TextOf(used.FaceName), u"Han") << "still there";
+    there.GetCharFont(0, 0, &font);
+    EXPECT_EQ(TextOf(font.FaceName), u"Box");
+    EXPECT_EQ(font.Size, 32);
+    there.GetCharFont(0, 1, &font);
+    EXPECT_EQ(TextOf(font.FaceName), u"Han") << "still there";
 }
 
 // A ratio of 24/2048 is 0.01171875, kept as 0.011719: measured with that, the line would be a little wider than its

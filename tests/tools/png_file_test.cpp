@@ -17,10 +17,6 @@
 namespace captionfx {
 namespace {
 
-size_t FilesIn(const ScratchFolder& folder) {
-    return static_cast<size_t>(std::distance(std::filesystem::directory_iterator(folder.Path()), {}));
-}
-
 TEST(PngFile, KeepsEveryBit) {
     // Colour under alpha 0 and dark colour under low alpha are what a conversion to multiplied alpha would lose.
     const std::vector<uint32_t> pixels{0x00112233, 0x01FF8040, 0x80FF0000, 0x8000FF00, 0xFF0000FF, 0x00000000};

@@ -21,7 +21,7 @@ class TitleFileTest : public testing::Test {
 protected:
     /// Saves a title that fades in during the first second; returns its file.
     std::string Save() const {
-        const std::string file = (scratch_ / "title.xml").string();
+        std::string file = (scratch_ / "title.xml").string();
         const ProcessResult result =
             RunTool(scratch_, {"render", "--text", "Fade \xE4\xB8\x96\\nin", "--size", "32", "--color", "FFCC00",
                                "--key", "1:PATH_FADE:1", "--key", "0:PATH_FADE:0", "--frame", "96x64", "--save", file});
@@ -73,11 +73,11 @@ TEST_F(TitleFileTest, ShowTellsWhatAPersonAsks) {
     const ProcessResult shown = RunTool(scratch_, {"show", Save()});
     EXPECT_EQ(shown.exitCode, 0);
     EXPECT_THAT(shown.errors, IsEmpty());
-    for (const char* part :
-         {"1 string\n", "\"Fade \xE4\xB8\x96\\r\\nin\"", "2 lines, 2 paragraphs", "DejaVu Sans 32, characters 0 to 4\n",
-          "Droid Sans Fallback 32, characters 5 to 5\n", "face      #FFCC00, characters 0 to 9\n",
-          "border    size 3, #FF0000", "shadow    cast by (3, 3), #000000, alpha 128, blur 3",
-          "key       0 s: PATH_FADE at 0\n  key       1 s: PATH_FADE at 1\n"})
+    for (const char* part : {"title.xml: 1 string, 1 s\n", "\"Fade \xE4\xB8\x96\\r\\nin\"", "2 lines, 2 paragraphs",
+                             "DejaVu Sans 32, characters 0 to 4\n", "Droid Sans Fallback 32, characters 5 to 5\n",
+                             "face      #FFCC00, characters 0 to 9\n", "border    size 3, #FF0000",
+                             "shadow    cast by (3, 3), #000000, alpha 128, blur 3",
+                             "key       0 s: PATH_FADE at 0\n  key       1 s: PATH_FADE at 1\n"})
         EXPECT_THAT(shown.output, HasSubstr(part));
     // D, e, j become M, i, j inside the font's record.
     const ProcessResult replaced = RunTool(scratch_, {"show", Damaged("440065006A00", "4D0069006A00")});

@@ -1,19 +1,20 @@
 #include "platform/linux/xml_document.h"
 
 #include <cstdio>
-#include <libxml/parser.h>
-#include <libxml/tree.h>
 #include <limits>
 #include <new>
 #include <span>
+
+#include <libxml/parser.h>
+#include <libxml/tree.h>
 
 #include "platform/utf16.h"
 
 namespace captionfx {
 namespace {
 
-// A title is one file: nothing is fetched, no external entity is read, and the parser's limits on depth, entity growth
-// and the length of a name or value stay in force.
+// A title is one file: nothing is fetched, and the parser's limits on depth and on the length of a name or value stay
+// in force.
 constexpr int kParseOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_COMPACT;
 
 struct Free {
@@ -55,7 +56,9 @@ bool IsElement(const xmlNode& node, const char* name) {
 /// thread, and may be the host's.
 class Silence {
 public:
-    Silence() { xmlSetStructuredErrorFunc(nullptr, [](void* /*context*/, xmlError* /*error*/) {}); }
+    Silence() {
+        xmlSetStructuredErrorFunc(nullptr, [](void* /*context*/, xmlError* /*error*/) {});
+    }
     Silence(const Silence&) = delete;
     Silence& operator=(const Silence&) = delete;
     ~Silence() { xmlSetStructuredErrorFunc(context_, handler_); }
@@ -64,6 +67,12 @@ private:
     void* const context_ = xmlStructuredErrorContext;
     const xmlStructuredErrorFunc handler_ = xmlStructuredError;
 };
+
+/// Titles have no entities of their own, and a few nested ones can keep a parser busy for hours.
+void RefuseEntity(void* parser, const xmlChar* /*name*/, int /*type*/, const xmlChar* /*publicId*/,
+                  const xmlChar* /*systemId*/, xmlChar* /*content*/) {
+    xmlStopParser(static_cast<xmlParserCtxt*>(parser));
+}
 
 class LibxmlDocument final : public XmlDocument {
 public:
@@ -168,6 +177,7 @@ private:
         if (text.empty() || text.size() > kLongestText) return false;
         const Silence silence;
         const Owned<xmlParserCtxt> parser = Checked(xmlNewParserCtxt());
+        parser->sax->entityDecl = &RefuseEntity;
         Owned<xmlDoc> parsed(xmlCtxtReadMemory(parser.get(), reinterpret_cast<const char*>(text.data()),
                                                static_cast<int>(text.size()), nullptr, encoding,
                                                kParseOptions | options));

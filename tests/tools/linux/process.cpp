@@ -35,13 +35,19 @@ std::string ReadAll(const std::filesystem::path& file) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
+int Wait(pid_t process) {
+    int status = 0;
+    if (waitpid(process, &status, 0) != process) throw std::system_error(errno, std::generic_category(), "waitpid");
+    return status;
+}
+
 }  // namespace
 
 int ProcessResult::ErrorLines() const {
     return static_cast<int>(std::count(errors.begin(), errors.end(), '\n'));
 }
 
-ProcessResult RunTool(const ScratchFolder& scratch, const std::vector<std::string>& arguments) {
+pid_t StartTool(const ScratchFolder& scratch, const std::vector<std::string>& arguments) {
     std::vector<std::string> words{CAPTIONFX_TOOL};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv(words.size() + 1, nullptr);
@@ -53,11 +59,18 @@ ProcessResult RunTool(const ScratchFolder& scratch, const std::vector<std::strin
     pid_t process = 0;
     const int error = posix_spawn(&process, CAPTIONFX_TOOL, actions.Get(), nullptr, argv.data(), environ);
     if (error != 0) throw std::system_error(error, std::generic_category(), CAPTIONFX_TOOL);
+    return process;
+}
 
-    int status = 0;
-    if (waitpid(process, &status, 0) != process) throw std::system_error(errno, std::generic_category(), "waitpid");
+ProcessResult RunTool(const ScratchFolder& scratch, const std::vector<std::string>& arguments) {
+    const int status = Wait(StartTool(scratch, arguments));
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadAll(scratch / "stdout.txt"),
             ReadAll(scratch / "stderr.txt")};
+}
+
+int EndingSignal(pid_t process) {
+    const int status = Wait(process);
+    return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
 }
 
 }  // namespace captionfx

@@ -1,0 +1,41 @@
+#include "tools/convert_command.h"
+
+#include "tools/script/title_to_script.h"
+#include "tools/title_file.h"
+#include "tools/title_handle.h"
+#include "tools/title_setup.h"
+#include "tools/title_source.h"
+
+namespace captionfx {
+
+CLI::App* AddConvertCommand(CLI::App& app, ConvertRequest& request) {
+    CLI::App* const convert = app.add_subcommand("convert", "Convert titles between scripts, XML and subtitles");
+    convert->footer(
+        "The names tell what the files are: .json a title script, .xml a title as XML, .srt and .vtt subtitles.\n"
+        "\nExamples:\n"
+        "  captionfx convert opening.json opening.xml\n"
+        "  captionfx convert opening.xml opening.json\n"
+        "  captionfx convert talk.srt talk.xml --style style.json");
+    convert->add_option("input", request.input, "A title script, a title as XML, or subtitles")->required();
+    convert->add_option("output", request.output, "The title to write: .xml, or .json for a script")->required();
+    convert->add_option("--style", request.style, "How subtitles look and where they stand: a script with a cue");
+    convert->callback([&request] {
+        const std::filesystem::path extension = request.output.extension();
+        if (extension != ".xml" && extension != ".json")
+            throw CLI::ValidationError("output", "'" + request.output.string() + "' must end in .xml or .json");
+    });
+    return convert;
+}
+
+void Convert(const ConvertRequest& request) {
+    const TitleHandle title = MakeTitle();
+    SetSourceFrame(*title, {}, {}, Ground::kTransparent);
+    const TitleSource source = LoadTitle(*title, request.input, request.style);
+    if (request.output.extension() == ".json") {
+        WriteScript(*title, source, request.output);
+    } else {
+        SaveTitle(*title, request.output);
+    }
+}
+
+}  // namespace captionfx
