@@ -128,19 +128,31 @@ TEST(WindowsServicesTest, LinkedFontsShowTheCharacter) {
 }
 
 TEST(WindowsServicesTest, DocumentsStayInTheirText) {
+    // Each entity is ten of the one before: ten thousand million characters.
+    std::u16string nested = u"<!DOCTYPE a [<!ENTITY e0 'x'>";
+    for (char16_t level = u'1'; level <= u'9'; ++level) {
+        nested += std::u16string(u"<!ENTITY e") + level + u" '";
+        for (int i = 0; i < 10; ++i) nested += std::u16string(u"&e") + static_cast<char16_t>(level - 1) + u";";
+        nested += u"'>";
+    }
+    nested += u"]><a b='&e9;'/>";
     const struct {
         const char16_t* text;
         bool isLoaded;
-        const char* attribute;  // "b" of the root "a"
+        const char* attribute;  // "b" of the root "a", once it is loaded
     } rows[] = {{u"<?xml version='1.0' encoding='UTF-8'?><a b='\u00e9'/>", true, "\xC3\xA9"},
                 {u"<a b='&#x1F600;'/>", true, "\xF0\x9F\x98\x80"},
                 {u"<!DOCTYPE a [<!ENTITY x SYSTEM 'file:///etc/passwd'>]><a b='&x;'/>", false, ""},
+                {u"<!DOCTYPE a [<!ENTITY x SYSTEM 'file:///etc/passwd'>]><a>&x;</a>", false, ""},
+                {u"<!DOCTYPE a [<!ENTITY x 'y'>]><a b='&x;'/>", false, ""},
+                {nested.c_str(), false, ""},
                 {u"<a b=''", false, ""},
                 {u"", false, ""}};
     for (const auto& row : rows) {
         const std::unique_ptr<XmlDocument> document = SystemServices().CreateXmlDocument();
         ASSERT_NE(document, nullptr);
         EXPECT_EQ(document->LoadText(row.text), row.isLoaded);
+        if (!row.isLoaded) continue;
         const XmlNode root = document->Child(document->Document(), "a");
         EXPECT_EQ(document->Attribute(root, "b").value_or(""), row.attribute);
         EXPECT_FALSE(document->Attribute(root, "c"));

@@ -184,7 +184,19 @@ private:
         ComPtr<IXMLDOMParseError> error;
         LONG code = 0;
         if (loaded == VARIANT_FALSE || !Done(document_->get_parseError(error.GetAddressOf())) || !error) return false;
-        return Done(error->get_errorCode(&code)) && code == 0;
+        return Done(error->get_errorCode(&code)) && code == 0 && !DeclaresEntity();
+    }
+
+    /// For an MSXML that passes ProhibitDTD over: titles have no entities of their own, and it would expand nested ones
+    /// when an attribute is read.
+    [[nodiscard]] bool DeclaresEntity() const {
+        ComPtr<IXMLDOMDocumentType> type;
+        if (!Done(document_->get_doctype(type.GetAddressOf())) || !type) return false;
+        ComValue text;
+        text.Out()->vt = VT_BSTR;
+        // The type alone does not tell its text everywhere.
+        return !Done(document_->get_xml(&text.Out()->bstrVal)) ||
+               text.Text().find(L"<!ENTITY") != std::wstring_view::npos;
     }
 
     ComPtr<IXMLDOMDocument> document_;
