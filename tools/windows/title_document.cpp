@@ -206,9 +206,10 @@ TitleNode ReadTitleDocument(std::string_view bytes) {
     source.vt = VT_UNKNOWN;
     source.punkVal = ComPtr<IUnknown>(stream).Detach();
     VARIANT_BOOL isLoaded = VARIANT_FALSE;
-    Check(document->load(source, &isLoaded));
+    const HRESULT result = document->load(source, &isLoaded);
+    if (result == E_OUTOFMEMORY) throw std::bad_alloc();
     ComPtr<IXMLDOMElement> root;
-    if (isLoaded == VARIANT_FALSE || document->get_documentElement(root.GetAddressOf()) != S_OK)
+    if (FAILED(result) || isLoaded == VARIANT_FALSE || document->get_documentElement(root.GetAddressOf()) != S_OK)
         FailForParseError(*document.Get());
     ComPtr<IXMLDOMDocumentType> type;
     if (document->get_doctype(type.GetAddressOf()) == S_OK)

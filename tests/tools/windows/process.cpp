@@ -54,12 +54,9 @@ std::wstring Quoted(const std::string& argument) {
     return quoted.append(backslashes, L'\\') + L"\"";
 }
 
-/// Lines end with CR LF here.
 std::string ReadAll(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
-    std::string text{std::istreambuf_iterator<char>(stream), {}};
-    std::erase(text, '\r');
-    return text;
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 }  // namespace
