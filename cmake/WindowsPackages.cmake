@@ -17,6 +17,7 @@ endfunction()
 header_package(utf8::cpp utf8cpp/utf8 utf8)
 file(CREATE_LINK /usr/include/utf8cpp/utf8.h ${PROJECT_BINARY_DIR}/headers/utf8_cpp/utf8.h SYMBOLIC)
 header_package(CLI11::CLI11 CLI CLI)
+header_package(PkgConfig::HIGHWAY hwy hwy)
 header_package(nlohmann_json::nlohmann_json nlohmann nlohmann)
 header_package(stb::stb stb stb)
 

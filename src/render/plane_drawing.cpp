@@ -5,7 +5,7 @@
 #include <cstddef>
 
 #include "platform/conversions.h"
-#include "render/pixel.h"
+#include "render/kernels/pixel_rules.h"
 #include "render/rect.h"
 
 namespace captionfx {
@@ -60,20 +60,6 @@ private:
     uint32_t count_ = 0;
 };
 
-/// Lays a premultiplied pixel over a plane's.
-uint32_t Over(uint32_t target, uint32_t color, uint32_t a) {
-    if (a == 255 || AlphaOf(target) == 0) return WithAlpha(color, a);
-    const uint32_t t = ((255 - AlphaOf(target)) * (256 - a)) >> 8U;
-    uint32_t result = WithAlpha(target, 255 - t);
-    if (t == 255) return result;
-    result &= ~kColorMask;
-    for (const uint32_t shift : kColorShifts) {
-        const uint32_t channel = ((ChannelOf(target, shift) * (256 - a)) >> 8U) + ChannelOf(color, shift);
-        result |= std::min(channel, 255U) << shift;
-    }
-    return result;
-}
-
 uint32_t Placed(uint32_t target, const Weights& w, uint32_t s00, uint32_t s10, uint32_t s01, uint32_t s11,
                 uint32_t alpha) {
     const uint32_t coverage =
@@ -83,7 +69,7 @@ uint32_t Placed(uint32_t target, const Weights& w, uint32_t s00, uint32_t s10, u
     const ColorMean mean(s00, s10, s01, s11);
     uint32_t color = 0;
     for (const uint32_t shift : kColorShifts) color |= (mean(shift) * (a + 1)) >> 8U << shift;
-    return Over(target, color, a);
+    return PlacedOver(target, color, a);
 }
 
 }  // namespace
@@ -127,20 +113,7 @@ void MergeFaceOverBorder(const PlaneView& border, const PlaneView& face, const T
         uint32_t* const below = border.Pixels + std::ptrdiff_t{y} * border.Width;
         const uint32_t* const above = face.Pixels + std::ptrdiff_t{y} * face.Width;
         for (int32_t x = rect.left; x < rect.right; ++x) {
-            const uint32_t f = above[x], b = below[x];
-            const uint32_t fa = AlphaOf(f), ba = AlphaOf(b);
-            if (fa == 0 && ba != 0) continue;
-            if (fa == 255 || ba == 0) {
-                below[x] = f;
-                continue;
-            }
-            const uint32_t a = std::min(fa + ba, 255U);
-            uint32_t merged = a << kAlphaShift;
-            for (const uint32_t shift : kColorShifts) {
-                const uint32_t channel = ChannelOf(f, shift) + (256 - fa) * ChannelOf(b, shift) / ba;
-                merged |= ((channel * a >> 8U) & 0xFFU) << shift;
-            }
-            below[x] = merged;
+            below[x] = FaceOverBorder(above[x], below[x]);
         }
     }
 }
