@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tools/canvas.h"
@@ -19,7 +20,10 @@ namespace {
 constexpr Rgb kGround{38, 42, 49};
 constexpr float kRate = 20.0F;
 constexpr int32_t kMovingFrames = 30, kRestingFrames = 14;
-constexpr const char* kEnding = ".webp";
+
+std::string PictureName(std::string_view effect) {
+    return std::string(effect) + ".webp";
+}
 
 /// The frames of one effect: from not there yet to at rest, and a while of rest.
 std::vector<Canvas> DrawLoop(SamplePainter& sample, const EffectInfo& effect, FrameSize cell) {
@@ -52,7 +56,7 @@ void WriteLoop(const std::vector<Canvas>& frames, FrameSize cell, const std::fil
 
 void WriteEffectGallery(std::span<const EffectInfo> effects, const SheetLook& look, const std::filesystem::path& folder,
                         bool isQuiet) {
-    CheckFilmName(kEnding, "");
+    CheckFilmName(folder / PictureName("effect"), "");
     std::filesystem::create_directories(folder);
     SamplePainter sample(look);
     if (!sample.HasInk()) throw std::runtime_error("the text of the gallery leaves nothing to be seen");
@@ -62,7 +66,7 @@ void WriteEffectGallery(std::span<const EffectInfo> effects, const SheetLook& lo
         const std::vector<Canvas> frames = DrawLoop(sample, effect, look.cell);
         GalleryEntry& entry = entries.emplace_back(GalleryEntry{.effect = effect, .picture = ""});
         if (IsMoving(frames)) {
-            entry.picture = std::string(effect.name) + kEnding;
+            entry.picture = PictureName(effect.name);
             WriteLoop(frames, look.cell, folder / entry.picture);
         }
         progress.Advance();
