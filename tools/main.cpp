@@ -49,9 +49,7 @@ int RunCommandLine(std::vector<std::string> arguments) {
     const CLI::App* const convert = AddConvertCommand(app, convertRequest);
 
     try {
-        // It takes them from the end.
-        arguments.erase(arguments.begin());
-        std::ranges::reverse(arguments);
+        std::ranges::reverse(arguments);  // it takes them from the end
         app.parse(std::move(arguments));
     } catch (const CLI::Success& helpOrVersion) {
         return app.exit(helpOrVersion);

@@ -7,7 +7,7 @@
 namespace captionfx {
 
 /// Makes standard output and standard error take bytes as they are, which are UTF-8 on a console. The arguments of the
-/// program, UTF-8, its own name first.
+/// program, UTF-8, without its own name.
 [[nodiscard]] std::vector<std::string> StartUp(int argc, char** argv);
 
 }  // namespace captionfx

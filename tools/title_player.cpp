@@ -6,6 +6,7 @@
 #include "tools/title_setup.h"
 
 namespace captionfx {
+
 TitlePlayer::TitlePlayer(IKVT_CaptionFx& title) : title_(title) {
     constexpr int32_t kFew = 12;
     if (title.GetStringCount() <= kFew) return;

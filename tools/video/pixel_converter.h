@@ -18,8 +18,8 @@ struct ColorTags {
     AVChromaLocation chroma = AVCHROMA_LOC_LEFT;
 };
 
-/// Converts pictures from one format to another. YUV on either side follows the tags; a video that does
-/// not name its matrix has the customary one of its height.
+/// Converts pictures from one format to another. YUV on either side follows the tags; a video that does not name its
+/// matrix has the customary one of its height.
 class PixelConverter {
 public:
     /// Throws std::runtime_error where the formats cannot be converted.

@@ -26,7 +26,7 @@ std::vector<std::string> StartUp(int /*argc*/, char** /*argv*/) {
                                                                &LocalFree);
     if (!wide) throw std::bad_alloc();
     std::vector<std::string> arguments;
-    for (int i = 0; i < count; ++i) arguments.push_back(Utf8FromWide(wide[static_cast<size_t>(i)]));
+    for (int i = 1; i < count; ++i) arguments.push_back(Utf8FromWide(wide[static_cast<size_t>(i)]));
     return arguments;
 }
 
