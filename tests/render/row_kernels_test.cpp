@@ -81,14 +81,7 @@ TEST(RowKernelsTest, AllWidthsGiveThePlainBytes) {
     constexpr Change kChanges[] = {&RowKernels::Premultiply, &RowKernels::Unpremultiply};
     for (size_t round = 0; round < 20 * kMostPixels; ++round) {
         const size_t count = round % (kMostPixels + 1);
-        const std::vector<uint32_t> row = random.Row(count, false), source = random.Row(count, false),
-                                    plane = random.Row(count, true);
-        const CoveragePlacement placement = random.Placement();
-        std::vector<uint8_t> upper(1 + count + kCoveragePadding), lower = upper;
-        for (size_t i = 0; i < count; ++i) {
-            upper[i + 1] = static_cast<uint8_t>(random.Byte());
-            lower[i + 1] = static_cast<uint8_t>(random.Byte());
-        }
+        const std::vector<uint32_t> row = random.Row(count, false), source = random.Row(count, false);
         for (size_t width = 0; width < all.size(); ++width) {
             const auto compare = [&](const auto& pixels, const auto& run) {
                 Compare(
@@ -101,10 +94,73 @@ TEST(RowKernelsTest, AllWidthsGiveThePlainBytes) {
             for (const Change change : kChanges) {
                 compare(row, [&](const RowKernels& rows, uint32_t* out) { (rows.*change)(out, count); });
             }
-            compare(plane, [&](const RowKernels& rows, uint32_t* out) {
-                rows.PlaceCoverage(out, upper.data() + 1, lower.data() + 1, count, placement);
-            });
             if (HasFatalFailure()) return;
+        }
+    }
+}
+
+TEST(RowKernelsTest, MergedPlanesAreThoseOfThreeSteps) {
+    RandomRows random;
+    std::vector<const RowKernels*> all = VectorRowKernels();
+    all.push_back(&PlainRowKernels());
+    for (size_t round = 0; round < 10 * kMostPixels; ++round) {
+        const size_t count = round % (kMostPixels + 1);
+        const std::vector<uint32_t> face = random.Row(count, true), border = random.Row(count, true),
+                                    shadow = random.Row(count, true);
+        std::vector<uint32_t> merged = border, image = shadow;
+        PlainRowKernels().MergeFaceOverBorder(merged.data(), face.data(), count);
+        PlainRowKernels().CompositePremultipliedOnto(image.data(), merged.data(), count);
+        for (const RowKernels* rows : all) {
+            std::vector<uint32_t> f = face, b = border, s = shadow;
+            rows->MergePlanes(f.data(), b.data(), s.data(), count);
+            ASSERT_EQ(s, image) << count;
+            ASSERT_EQ(f, std::vector<uint32_t>(count)) << "left for the next string";
+            ASSERT_EQ(b, f);
+        }
+    }
+}
+
+/// A layer with rows that are empty, full, or hold something in the middle.
+CoverageLayer RandomCoverage(RandomRows& random, int32_t width, int32_t height) {
+    CoverageLayer layer(width, height);
+    for (int32_t y = 0; y < height; ++y) {
+        const auto first = static_cast<int32_t>(random.Byte()) % (width + 1),
+                   end = static_cast<int32_t>(random.Byte()) % (width + 1);
+        for (int32_t x = first; x < end; ++x) layer.Row(y)[x] = static_cast<uint8_t>(random.Byte());
+    }
+    layer.FindSpans();
+    return layer;
+}
+
+TEST(RowKernelsTest, PlacementsAreThePlainOnes) {
+    constexpr int32_t kPadding = kPixelPadding;
+    RandomRows random;
+    for (int32_t round = 0; round < 1500; ++round) {
+        const int32_t width = 1 + round % 60, height = 1 + round % 5;
+        const CoverageLayer layer = RandomCoverage(random, width, height);
+        const CoveragePlacement placement = random.Placement();
+        // All of the layer, with its fraction, or a part of it.
+        const bool isWhole = round % 3 != 0;
+        const int32_t left = isWhole ? 0 : round % width, right = isWhole ? width + 1 : left + (width + 1 - left) / 2;
+        const auto pitch = static_cast<std::ptrdiff_t>(width) + 1 + kPadding;
+        const CoverageRows rows{.Samples = layer.Row(-1),
+                                .Spans = layer.Spans(-1),
+                                .Pitch = layer.Pitch(),
+                                .Count = height + 1,
+                                .Left = left,
+                                .Right = right,
+                                .Column = 0,
+                                .MayOverrun = isWhole && round % 2 == 0};
+        const std::vector<uint32_t> plane = random.Row(static_cast<size_t>(pitch * (height + 1)), true);
+        std::vector<uint32_t> expected = plane;
+        PlainRowKernels().PlaceCoverage(expected.data(), pitch, rows, placement);
+        for (const RowKernels* kernels : VectorRowKernels()) {
+            std::vector<uint32_t> actual = plane;
+            kernels->PlaceCoverage(actual.data(), pitch, rows, placement);
+            const auto [want, got] = std::ranges::mismatch(expected, actual);
+            ASSERT_EQ(want, expected.end())
+                << "round " << round << ", pixel " << (want - expected.begin()) % pitch << " of row "
+                << (want - expected.begin()) / pitch << std::hex << ": " << *got << " instead of " << *want;
         }
     }
 }

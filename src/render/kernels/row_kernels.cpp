@@ -126,22 +126,58 @@ HWY_INLINE Pixels Placed(Pixels target, Pixels a, Halves colorEven, Halves color
     return SaturatedSum(hn::Xor(kept, invert), added);
 }
 
-void PlaceCoverage(uint32_t* target, const uint8_t* upper, const uint8_t* lower, size_t count,
-                   const CoveragePlacement& p) {
-    const hn::Rebind<uint8_t, Lanes32> bytes;
-    const Pixels w00 = hn::Set(d32, p.W00), w10 = hn::Set(d32, p.W10), w01 = hn::Set(d32, p.W01),
-                 w11 = hn::Set(d32, p.W11), alpha = hn::Set(d32, p.Alpha + 1), color = hn::Set(d32, p.Color);
-    const Halves colorEven = EvenBytes(color), colorOdd = OddBytes(color);
-    ForRow(target, count, [&](uint32_t* out, size_t i) HWY_ATTR {
-        const auto sample = [&](const uint8_t* at) HWY_ATTR { return hn::PromoteTo(d32, hn::LoadU(bytes, at)); };
-        const Pixels s00 = sample(upper + i - 1), s10 = sample(upper + i), s01 = sample(lower + i - 1),
-                     s11 = sample(lower + i);
-        if (IsAllZero(hn::Or(hn::Or(s00, s10), hn::Or(s01, s11)))) return;
-        const Pixels sum =
-            hn::Add(hn::Add(hn::Mul(s00, w00), hn::Mul(s10, w10)), hn::Add(hn::Mul(s01, w01), hn::Mul(s11, w11)));
-        const Pixels a = hn::ShiftRight<8>(hn::Mul(hn::ShiftRight<16>(sum), alpha));
-        hn::StoreU(Placed(hn::LoadU(d32, out), a, colorEven, colorOdd), d32, out);
-    });
+/// A placement in the form that vectors want it.
+struct PlacementLanes {
+    explicit PlacementLanes(const CoveragePlacement& p)
+        : W00(hn::Set(d32, p.W00)),
+          W10(hn::Set(d32, p.W10)),
+          W01(hn::Set(d32, p.W01)),
+          W11(hn::Set(d32, p.W11)),
+          Alpha(hn::Set(d32, p.Alpha + 1)),
+          ColorEven(EvenBytes(hn::Set(d32, p.Color))),
+          ColorOdd(OddBytes(hn::Set(d32, p.Color))) {}
+
+    Pixels W00, W10, W01, W11, Alpha;
+    Halves ColorEven, ColorOdd;
+};
+
+HWY_INLINE void PlacePixels(uint32_t* target, const uint8_t* upper, const uint8_t* lower, const PlacementLanes& p) {
+    const auto sample = [](const uint8_t* at)
+                            HWY_ATTR { return hn::PromoteTo(d32, hn::LoadU(hn::Rebind<uint8_t, Lanes32>(), at)); };
+    const Pixels s00 = sample(upper - 1), s10 = sample(upper), s01 = sample(lower - 1), s11 = sample(lower);
+    if (IsAllZero(hn::Or(hn::Or(s00, s10), hn::Or(s01, s11)))) return;
+    const Pixels sum =
+        hn::Add(hn::Add(hn::Mul(s00, p.W00), hn::Mul(s10, p.W10)), hn::Add(hn::Mul(s01, p.W01), hn::Mul(s11, p.W11)));
+    const Pixels a = hn::ShiftRight<8>(hn::Mul(hn::ShiftRight<16>(sum), p.Alpha));
+    hn::StoreU(Placed(hn::LoadU(d32, target), a, p.ColorEven, p.ColorOdd), d32, target);
+}
+
+void PlaceCoverage(uint32_t* target, std::ptrdiff_t pitch, const CoverageRows& rows,
+                   const CoveragePlacement& placement) {
+    static_assert(hn::MaxLanes(Lanes32()) <= CoverageLayer::kPadding && hn::MaxLanes(Lanes32()) <= kPixelPadding);
+    const PlacementLanes p(placement);
+    const auto lanes = static_cast<int32_t>(hn::Lanes(d32));
+    const uint8_t* upper = rows.Samples;
+    for (int32_t v = 0; v < rows.Count; ++v, target += pitch, upper += rows.Pitch) {
+        const ColumnSpan above = rows.Spans[v], here = rows.Spans[v + 1];
+        if (above.First == above.End && here.First == here.End) continue;
+        // An empty span begins and ends at 0, which is no bound for the other one.
+        const int32_t first = above.First == above.End ? here.First
+                              : here.First == here.End ? above.First
+                                                       : std::min(above.First, here.First);
+        const int32_t left = std::max(rows.Left, first),
+                      right = std::min(rows.Right, std::max(above.End, here.End) + 1);
+        const uint8_t* const lower = upper + rows.Pitch;
+        uint32_t* const out = target + rows.Column + left;
+        const int32_t whole = rows.MayOverrun ? right : right - lanes + 1;
+        int32_t u = left;
+        for (; u < whole; u += lanes) PlacePixels(out + (u - left), upper + u, lower + u, p);
+        if (u >= right) continue;
+        HWY_ALIGN uint32_t rest[hn::MaxLanes(Lanes32())] = {};
+        std::copy(out + (u - left), out + (right - left), rest);
+        PlacePixels(rest, upper + u, lower + u, p);
+        std::copy_n(rest, right - u, out + (u - left));
+    }
 }
 
 HWY_INLINE Pixels FaceOverBorderGeneral(Pixels face, Pixels border) {
@@ -193,16 +229,39 @@ HWY_NOINLINE Pixels OneByOne(Pixels source, Pixels destination) {
     return hn::Load(d32, below);
 }
 
+HWY_INLINE void MergeVectors(uint32_t* face, uint32_t* border, uint32_t* shadow) {
+    const Pixels f = hn::LoadU(d32, face), b = hn::LoadU(d32, border), zero = hn::Zero(d32);
+    if (IsAllZero(hn::Or(f, b))) return;
+    hn::StoreU(OverPremultipliedPixels(MergedPixels(f, b), hn::LoadU(d32, shadow)), d32, shadow);
+    hn::StoreU(zero, d32, face);
+    hn::StoreU(zero, d32, border);
+}
+
+void MergePlanes(uint32_t* face, uint32_t* border, uint32_t* shadow, size_t count) {
+    constexpr size_t kLanes = hn::MaxLanes(Lanes32());
+    const size_t lanes = hn::Lanes(d32), whole = count / lanes * lanes, rest = count - whole;
+    for (size_t i = 0; i < whole; i += lanes) MergeVectors(face + i, border + i, shadow + i);
+    if (rest == 0) return;
+    HWY_ALIGN uint32_t f[kLanes] = {}, b[kLanes] = {}, s[kLanes] = {};
+    std::copy_n(face + whole, rest, f);
+    std::copy_n(border + whole, rest, b);
+    std::copy_n(shadow + whole, rest, s);
+    MergeVectors(f, b, s);
+    std::copy_n(f, rest, face + whole);
+    std::copy_n(b, rest, border + whole);
+    std::copy_n(s, rest, shadow + whole);
+}
+
 // On an opaque destination A is 65025, and both kinds of over become a sum with one division by 255.
 void CompositePremultiplied(uint32_t* destination, const uint32_t* source, size_t count) {
     BlendRow(destination, source, count, [](Pixels s, Pixels d) HWY_ATTR {
-        return IsOpaque(d) ? OverPremultipliedPixels(s, d) : OneByOne<OverStraight<true>>(s, d);
+        return IsOpaque(d) ? OverPremultipliedPixels(s, d) : OneByOne<OverStraight<true> >(s, d);
     });
 }
 
 void CompositeStraight(uint32_t* destination, const uint32_t* source, size_t count) {
     BlendRow(destination, source, count, [](Pixels s, Pixels d) HWY_ATTR {
-        if (!IsOpaque(d)) return OneByOne<OverStraight<false>>(s, d);
+        if (!IsOpaque(d)) return OneByOne<OverStraight<false> >(s, d);
         const Halves sa = InBothHalves(Alpha(s)), left = hn::Sub(hn::Set(d16, 255), sa);
         const auto mixed = [&](Halves sc, Halves dc)
                                HWY_ATTR { return DividedBy255(hn::Add(hn::Mul(sc, sa), hn::Mul(dc, left))); };
@@ -246,6 +305,7 @@ void Unpremultiply(uint32_t* pixels, size_t count) {
 
 const RowKernels* Rows() {
     static constexpr RowKernels kRows{.PlaceCoverage = PlaceCoverage,
+                                      .MergePlanes = MergePlanes,
                                       .MergeFaceOverBorder = MergeFaceOverBorder,
                                       .CompositeStraight = CompositeStraight,
                                       .CompositePremultiplied = CompositePremultiplied,
