@@ -12,7 +12,7 @@
 namespace captionfx {
 namespace {
 
-TEST(RefusedFilms, AreToldInOneLineThatSaysWhatToDo) {
+TEST(RefusedFilms, AreToldInOneLineWithWhatElseThereIs) {
     const ScratchFolder scratch;
     const std::filesystem::path work = scratch / "work";
     std::filesystem::create_directory(work);
