@@ -24,6 +24,7 @@ std::vector<Covered> CoveredBy(int64_t at, int64_t from, int64_t to) {
 
 std::vector<std::vector<Covered>> CoverAll(int32_t from, int32_t to) {
     std::vector<std::vector<Covered>> all;
+    all.reserve(static_cast<size_t>(to));
     for (int32_t at = 0; at < to; ++at) all.push_back(CoveredBy(at, from, to));
     return all;
 }
