@@ -4,7 +4,6 @@
 #include <cairo.h>
 #include <cmath>
 #include <numbers>
-#include <ranges>
 #include <stdexcept>
 #include <utility>
 
@@ -172,8 +171,8 @@ public:
     }
 
 private:
-    /// A line as pictures, drawn around the left end of its base line: shadow and body in one, or for a fresh shadow
-    /// the sharp mask and the body apart.
+    /// A line as pictures, drawn around the left end of its base line. Usually the body holds the shadow too; one that
+    /// fades is seen through and has its shadow apart, and of a fresh shadow there is only the sharp mask.
     struct Line {
         Sprite mask, body;
     };
@@ -184,7 +183,8 @@ private:
         // At rest the picture lies on whole pixels: it holds the fractions of the line's place.
         const double baseline = first->top + kAscent * look_.emPx;
         const double dx = first->left - std::floor(first->left), dy = baseline - std::floor(baseline);
-        for (const CharBox& box : layout_.boxes | std::views::filter(ofLine)) {
+        for (const CharBox& box : layout_.boxes) {
+            if (!ofLine(box)) continue;
             cairo_move_to(pen_.get(), box.left - first->left + dx, dy);
             cairo_text_path(pen_.get(), std::string(1, box.letter).c_str());
         }
@@ -198,10 +198,8 @@ private:
         const Owned<cairo_t> context = ContextOn(body.surface.get());
         cairo_set_line_join(context.get(), CAIRO_LINE_JOIN_ROUND);
         cairo_translate(context.get(), -body.left, -body.top);
-        if (scene_.motion != Motion::kFreshShadow) {
-            painter_.Soften(mask);
-            painter_.Shadow(context.get(), mask, 1);
-        }
+        if (scene_.motion != Motion::kFreshShadow) painter_.Soften(mask);
+        if (!HasShadowApart()) painter_.Shadow(context.get(), mask, 1);
         cairo_append_path(context.get(), path.get());
         painter_.Body(context.get());
         for (Sprite* const sprite : {&mask, &body}) {
@@ -214,7 +212,16 @@ private:
     void PlaceLine(cairo_t* context, const PlacedLine& placed) const {
         const Line& line = lines_[placed.index];
         const double left = placed.x + line.body.left, top = placed.baseline + line.body.top;
-        if (scene_.motion == Motion::kFreshShadow) DrawFreshShadow(context, line.mask, placed);
+        if (HasShadowApart()) {
+            cairo_save(context);
+            cairo_translate(context, placed.x, placed.baseline);
+            if (scene_.motion == Motion::kFreshShadow) {
+                painter_.Shadow(context, Softened(line.mask), placed.alpha);
+            } else {
+                painter_.Shadow(context, line.mask, placed.alpha);
+            }
+            cairo_restore(context);
+        }
         cairo_set_source_surface(context, line.body.surface.get(), left, top);
         // Kept to the picture: cairo would otherwise look at the whole frame.
         cairo_rectangle(context, std::floor(left), std::floor(top),
@@ -225,18 +232,19 @@ private:
         cairo_reset_clip(context);
     }
 
-    void DrawFreshShadow(cairo_t* context, const Sprite& sharp, const PlacedLine& placed) const {
-        const int32_t width = cairo_image_surface_get_width(sharp.surface.get());
+    [[nodiscard]] bool HasShadowApart() const {
+        return scene_.motion == Motion::kFade || scene_.motion == Motion::kFreshShadow;
+    }
+
+    [[nodiscard]] Sprite Softened(const Sprite& sharp) const {
         const int32_t height = cairo_image_surface_get_height(sharp.surface.get());
-        const Sprite soft{NewSurface(CAIRO_FORMAT_A8, width, height), sharp.left, sharp.top};
         const int32_t stride = cairo_image_surface_get_stride(sharp.surface.get());
+        Sprite soft{NewSurface(CAIRO_FORMAT_A8, cairo_image_surface_get_width(sharp.surface.get()), height), sharp.left,
+                    sharp.top};
         std::copy_n(cairo_image_surface_get_data(sharp.surface.get()), std::ptrdiff_t{stride} * height,
                     cairo_image_surface_get_data(soft.surface.get()));
         painter_.Soften(soft);
-        cairo_save(context);
-        cairo_translate(context, placed.x, placed.baseline);
-        painter_.Shadow(context, soft, placed.alpha);
-        cairo_restore(context);
+        return soft;
     }
 
     static void TracePath(cairo_t* context, const PlacedChar& placed) {

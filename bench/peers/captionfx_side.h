@@ -1,8 +1,6 @@
 // This library, as a host uses it.
 #pragma once
 
-#include <captionfx/caption_fx.h>
-
 #include "peers/side.h"
 
 namespace captionfx::peers {

@@ -15,6 +15,7 @@
 #include <CLI/CLI.hpp>
 #include <fontconfig/fontconfig.h>
 
+#include "peers/costs.h"
 #include "peers/memory.h"
 #include "peers/pictures.h"
 #include "peers/report.h"
@@ -24,8 +25,9 @@ namespace {
 
 struct Options {
     std::vector<std::string> scenes, sizes;
-    double seconds = 6;
+    double seconds = 5;
     std::string json, pictures;
+    bool costs = false;
 };
 
 /// The file of kFontFamily, so that all sides draw from the same outlines.
@@ -55,6 +57,7 @@ bool IsWanted(const std::vector<std::string>& names, std::string_view name) {
 }
 
 void Run(const Options& options) {
+    if (options.costs) return PrintCosts();
     const std::string fontFile = FontFile();
     const Scene& line = AllScenes().front();
     const Scene& credits = AllScenes().back();
@@ -95,10 +98,11 @@ int main(int argc, char** argv) {
     app.add_option("--scene", options.scenes, "S1 to S7; may be given more than once")
         ->check(CLI::IsMember({"S1", "S2", "S3", "S4", "S5", "S6", "S7"}));
     app.add_option("--size", options.sizes, "1080 or 4k")->check(CLI::IsMember({"1080", "4k"}));
-    app.add_option("--seconds", options.seconds, "Time for each scene at each size (6)")
+    app.add_option("--seconds", options.seconds, "Time for each scene at each size (5)")
         ->check(CLI::Range(0.1, 3600.0));
     app.add_option("--json", options.json, "Also write the results to this file");
     app.add_option("--pictures", options.pictures, "Measure nothing; write the pictures of all sides into this folder");
+    app.add_flag("--costs", options.costs, "Only measure what single settings of a title cost");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -12,12 +12,6 @@
 namespace captionfx::peers {
 namespace {
 
-double Median(std::vector<double> values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::ranges::nth_element(values, middle);
-    return *middle;
-}
-
 /// Seconds of one frame.
 struct Times {
     double processor, wall;
@@ -47,33 +41,58 @@ struct Samples {
     }
 };
 
+constexpr double kGoldenRatio = 0.6180339887498949;
+
+double FractionOf(double value) {
+    return value - std::floor(value);
+}
+
 /// The sides at their work.
 class Race {
 public:
-    static constexpr size_t kSides = 4;  // this library on one thread and on two, libass, cairo
+    static constexpr size_t kSides = 5;  // this library on one thread and on two, libass in both ways, cairo
 
     Race(const Scene& scene, const Stage& stage, const std::string& fontFile)
         : layout_(MeasureLayout(scene, stage)),
           sides_{MakeCaptionFxSide(scene, stage, 1), MakeCaptionFxSide(scene, stage, 2),
-                 MakeLibassSide(scene, stage, layout_, fontFile), MakeCairoSide(scene, stage, layout_)},
+                 MakeLibassSide(scene, stage, layout_, fontFile, SoftShadow::kOfItsOwn),
+                 MakeLibassSide(scene, stage, layout_, fontFile, SoftShadow::kWithBorder),
+                 MakeCairoSide(scene, stage, layout_)},
           ground_(MakeGround(stage)) {
         pixels_.fill(ground_);
+    }
+
+    /// Each side draws frames from all over the scene, so that glyphs come into the caches and threads start, for at
+    /// most `seconds`. Returns the seconds of one turn of all of them.
+    double Warm(double seconds) {
+        constexpr int kFrames = 64;
+        double turns = 0;
+        for (size_t side = 0; side < kSides; ++side) {
+            const double started = SecondsOf(CLOCK_MONOTONIC);
+            int drawn = 0;
+            double used = 0;
+            while (drawn < 2 || (drawn < kFrames && used < seconds)) {
+                DrawTimed(side, FractionOf(++drawn * kGoldenRatio));
+                used = SecondsOf(CLOCK_MONOTONIC) - started;
+            }
+            turns += used / drawn * kFramesOfATurn;
+        }
+        return turns;
     }
 
     /// Each side draws frames of `parts` parts that are evenly spread over the scene, beginning `shift` (0 to 1) into
     /// the part: no two rounds show the same frames. A turn is a few frames in a row, as a host has them; in the first
     /// of them the processor's caches are still those of the side before, so that it does not count.
-    void Round(size_t parts, double shift, std::vector<Samples>* samples) {
+    void Round(size_t parts, double shift, std::vector<Samples>& samples) {
         for (size_t part = 0; part < parts; ++part) {
             for (size_t turn = 0; turn < kSides; ++turn) {
                 const size_t side = (turn + part) % kSides;
                 pixels_[side] = ground_;
                 for (size_t frame = 0; frame < kFramesOfATurn; ++frame) {
                     const double step = shift + static_cast<double>(frame) / kFramesOfATurn;
-                    const double moment =
-                        (static_cast<double>(part) + step - std::floor(step)) / static_cast<double>(parts);
+                    const double moment = (static_cast<double>(part) + FractionOf(step)) / static_cast<double>(parts);
                     const Times times = DrawTimed(side, moment);
-                    if (samples != nullptr && frame > 0) (*samples)[side].Add(part, times);
+                    if (frame > 0) samples[side].Add(part, times);
                 }
             }
         }
@@ -96,22 +115,14 @@ private:
     std::array<std::vector<uint32_t>, kSides> pixels_;  // a frame of its own for each side, drawn over and over
 };
 
-double FractionOf(double value) {
-    return value - std::floor(value);
-}
-
 }  // namespace
 
 SceneResult MeasureScene(const Scene& scene, const Stage& stage, const std::string& fontFile, double seconds) {
     constexpr size_t kFewParts = 4, kMostParts = 24, kRounds = 5;
-    constexpr double kGoldenRatio = 0.6180339887498949;
+    constexpr double kWarmSeconds = 0.3;  // of each side: short runs need libass's glyphs as well
     const double started = SecondsOf(CLOCK_MONOTONIC);
     Race race(scene, stage, fontFile);
-    // Two rounds to get warm: glyphs come into the caches, threads start.
-    race.Round(kFewParts, 0.25, nullptr);
-    const double warm = SecondsOf(CLOCK_MONOTONIC);
-    race.Round(kFewParts, 0.75, nullptr);
-    const double perPart = (SecondsOf(CLOCK_MONOTONIC) - warm) / kFewParts;
+    const double perPart = race.Warm(kWarmSeconds);
     const double affordable = (seconds - (SecondsOf(CLOCK_MONOTONIC) - started)) / perPart / kRounds;
     const size_t parts =
         static_cast<size_t>(std::clamp(affordable, static_cast<double>(kFewParts), static_cast<double>(kMostParts)));
@@ -119,23 +130,24 @@ SceneResult MeasureScene(const Scene& scene, const Stage& stage, const std::stri
     std::vector<Samples> samples(Race::kSides, Samples(parts));
     size_t rounds = 0;
     do {
-        race.Round(parts, FractionOf(static_cast<double>(rounds++) * kGoldenRatio), &samples);
-    } while (rounds < 2 || SecondsOf(CLOCK_MONOTONIC) - started < seconds);
+        race.Round(parts, FractionOf(static_cast<double>(rounds++) * kGoldenRatio), samples);
+    } while (SecondsOf(CLOCK_MONOTONIC) - started < seconds);
     return {.scene = &scene,
             .stage = stage,
             .frames = rounds * parts,
             .us = samples[0].Summed(),
             .usOnTwo = samples[1].Summed(),
             .libass = samples[2].Summed(),
-            .cairo = samples[3].Summed()};
+            .libassSoft = samples[3].Summed(),
+            .cairo = samples[4].Summed()};
 }
 
 OpeningResult MeasureOpening(const Scene& scene) {
     constexpr int kTimes = 15;
     std::vector<uint32_t> pixels = MakeGround(k1080);
     const auto measured = [&](Opening opening) {
-        std::vector<double> seconds;
-        for (int i = 0; i < kTimes; ++i) seconds.push_back(OpenAndDraw(scene, k1080, opening, pixels.data()));
+        std::vector<double> seconds(kTimes);
+        for (double& each : seconds) each = OpenAndDraw(scene, k1080, opening, pixels.data());
         return Median(seconds) * 1000;
     };
     return {&scene, measured(Opening::kTyped), measured(Opening::kLoaded)};

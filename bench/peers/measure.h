@@ -19,9 +19,12 @@ struct SceneResult {
     const Scene* scene;
     Stage stage;
     size_t frames;
-    Figures us, usOnTwo, libass, cairo;
+    Figures us, usOnTwo, libass;
+    Figures libassSoft;  ///< With a soft border: see SoftShadow.
+    Figures cairo;
 
     [[nodiscard]] double Ratio() const { return us.meanMs / libass.meanMs; }
+    [[nodiscard]] double RatioToSoft() const { return us.meanMs / libassSoft.meanMs; }
     [[nodiscard]] double Target() const { return stage.scale > 1 ? scene->mostRatio4k : scene->mostRatio1080; }
     [[nodiscard]] double Speedup() const { return us.wallMs / usOnTwo.wallMs; }
     [[nodiscard]] double WorstOverMean() const { return us.worstMs / us.meanMs; }

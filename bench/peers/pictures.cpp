@@ -14,9 +14,9 @@ void WritePictures(const Scene& scene, const Stage& stage, const std::string& fo
                    const std::filesystem::path& folder) {
     constexpr double kMoment = 0.5;
     const TextLayout layout = MeasureLayout(scene, stage);
-    const std::array<std::unique_ptr<Side>, 3> sides = {MakeCaptionFxSide(scene, stage, 1),
-                                                        MakeLibassSide(scene, stage, layout, fontFile),
-                                                        MakeCairoSide(scene, stage, layout)};
+    const std::array<std::unique_ptr<Side>, 3> sides = {
+        MakeCaptionFxSide(scene, stage, 1), MakeLibassSide(scene, stage, layout, fontFile, SoftShadow::kOfItsOwn),
+        MakeCairoSide(scene, stage, layout)};
     // Of one line of text only the rows around it are worth a look.
     const int32_t first = scene.isCredits ? 0 : static_cast<int32_t>(layout.top - layout.height / 2);
     const int32_t rows = scene.isCredits ? stage.height : static_cast<int32_t>(layout.height * 2);

@@ -10,7 +10,7 @@ namespace captionfx::peers {
 namespace {
 
 // What is asked for besides the ratios.
-constexpr double kMostWorstOverMean = 2, kLineOpeningMs = 1, kCreditsOpeningMs = 5;
+constexpr double kLineOpeningMs = 1, kCreditsOpeningMs = 5;
 
 const char* Verdict(bool isMet) {
     return isMet ? "met" : "not met";
@@ -27,8 +27,10 @@ nlohmann::json Json(const SceneResult& result) {
             {"captionfx", Json(result.us)},
             {"captionfx_2_threads", Json(result.usOnTwo)},
             {"libass", Json(result.libass)},
+            {"libass_soft_border", Json(result.libassSoft)},
             {"cairo", Json(result.cairo)},
             {"ratio", result.Ratio()},
+            {"ratio_soft_border", result.RatioToSoft()},
             {"most", result.Target()},
             {"worst_over_mean", result.WorstOverMean()},
             {"two_threads", result.Speedup()}};
@@ -38,18 +40,21 @@ nlohmann::json Json(const SceneResult& result) {
 
 void PrintHead() {
     std::printf(
-        "Milliseconds a frame: thread time, with 2 threads by the clock. 'two' is how much faster two threads "
-        "are.\n\n");
-    std::printf("%-5s%-31s %8s %8s %8s %8s %7s %6s %-8s %6s %5s\n", "size", "scene", "us", "us, 2", "libass", "cairo",
-                "ratio", "most", "", "worst", "two");
+        "Milliseconds a frame: processor time, of two threads by the clock. 'soft' is libass with a soft border, not\n"
+        "the same picture; 'ratio' is us to libass and 'most' what is asked for; 'worst' the costliest part of a "
+        "scene\n"
+        "to its mean; 'two' how much faster two threads are than one.\n\n");
+    std::printf("size  %-31s %8s %8s %8s %8s %8s %6s %6s          %6s %6s %5s\n", "scene", "us", "us on 2", "libass",
+                "soft", "cairo", "ratio", "most", "/soft", "worst", "two");
 }
 
 void PrintRow(const SceneResult& result) {
     const std::string title = std::string(result.scene->name) + " " + std::string(result.scene->what);
-    std::printf("%-5s%-31s %8.3f %8.3f %8.3f %8.3f %7.2f %6.2f %-8s %5.1fx %5.2f%s\n", result.stage.name.data(),
-                title.c_str(), result.us.meanMs, result.usOnTwo.wallMs, result.libass.meanMs, result.cairo.meanMs,
-                result.Ratio(), result.Target(), Verdict(result.Ratio() <= result.Target()), result.WorstOverMean(),
-                result.Speedup(), result.WorstOverMean() > kMostWorstOverMean ? "  worst frame!" : "");
+    std::printf("%-5s %-31s %8.3f %8.3f %8.3f %8.3f %8.3f %6.2f %6.2f %-8s %6.2f %6.2f %5.2f\n",
+                result.stage.name.data(), title.c_str(), result.us.meanMs, result.usOnTwo.wallMs, result.libass.meanMs,
+                result.libassSoft.meanMs, result.cairo.meanMs, result.Ratio(), result.Target(),
+                Verdict(result.Ratio() <= result.Target()), result.RatioToSoft(), result.WorstOverMean(),
+                result.Speedup());
     std::fflush(stdout);
 }
 

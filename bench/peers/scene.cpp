@@ -35,7 +35,7 @@ double SigmaOfBoxes(double radiusPx) {
 }
 
 double ProgressAt(const Scene& scene, double moment) {
-    const double first = static_cast<double>(scene.firstProgress), last = static_cast<double>(scene.lastProgress);
+    const auto first = static_cast<double>(scene.firstProgress), last = static_cast<double>(scene.lastProgress);
     return first + (last - first) * moment;
 }
 

@@ -12,8 +12,8 @@
 namespace captionfx::peers {
 
 inline constexpr const char* kFontFamily = "Liberation Sans";
-// Of that font, in ems: from the top of a line to its base line, and the height of a line.
-inline constexpr double kAscent = 1854.0 / 2048, kLineHeight = (1854.0 + 434.0) / 2048;
+// Of that font, in ems: from the top of a character's box to its base line, which is the typographic ascender.
+inline constexpr double kAscent = 1491.0 / 2048;
 
 enum class Motion { kRest, kSlide, kScaleIn, kTurn, kFade, kFreshShadow, kScroll };
 

@@ -18,7 +18,7 @@ struct ColumnSpan {
 /// row above and below, a byte on the left, kPadding bytes on the right.
 class CoverageLayer {
 public:
-    static constexpr size_t kPadding = 16;  // what the widest vector of pixels reads at once, in samples
+    static constexpr size_t kPadding = 32;  // what the widest vectors read at once, in samples
 
     /// All 0. `width` and `height` above 0.
     CoverageLayer(int32_t width, int32_t height)

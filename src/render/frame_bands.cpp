@@ -61,19 +61,28 @@ public:
                   layer.Layer, title_.Kernels());
     }
 
-    /// Merges the planes into the first one, within `rect`.
-    void Merge(const TitleRect& rect) const {
-        ForRows(rect, [&](size_t at, int32_t /*y*/, size_t count) {
-            title_.Kernels().MergePlanes(Plane(kFacePlane) + at, Plane(kBorderPlane) + at, Plane(kShadowPlane) + at,
-                                         count);
+    /// Composites what was drawn, all of it within `dirty`, and leaves the planes 0.
+    void Finish(const TitleRect& dirty, uint32_t* destination) const {
+        const RowKernels& kernels = title_.Kernels();
+        const auto finish = HasAlpha() ? kernels.FinishPremultiplied : kernels.FinishStraight;
+        ForRows(dirty, [&](size_t at, std::ptrdiff_t inFrame, size_t count) {
+            finish(destination + inFrame, Plane(kFacePlane) + at, Plane(kBorderPlane) + at, Plane(kShadowPlane) + at,
+                   count);
         });
     }
 
-    /// Calls use(pixels of the merged image, the frame's index of the first, count) for each row.
-    template <class Use>
-    void ForImage(Use use) const {
-        ForRows(rect_, [&](size_t at, int32_t y, size_t count) {
-            use(Plane(kShadowPlane) + at, std::ptrdiff_t{y} * title_.Settings.Width + rect_.left, count);
+    /// The same for an image that is also wanted: it is copied to `kept` for the whole band.
+    void Keep(const TitleRect& dirty, uint32_t* destination, uint32_t* kept) const {
+        const RowKernels& kernels = title_.Kernels();
+        const auto composite = HasAlpha() ? kernels.CompositePremultipliedOnto : kernels.CompositePremultiplied;
+        ForRows(dirty, [&](size_t at, std::ptrdiff_t /*inFrame*/, size_t count) {
+            kernels.MergePlanes(Plane(kFacePlane) + at, Plane(kBorderPlane) + at, Plane(kShadowPlane) + at, count);
+        });
+        ForRows(rect_, [&](size_t at, std::ptrdiff_t inFrame, size_t count) {
+            uint32_t* const image = Plane(kShadowPlane) + at;
+            composite(destination + inFrame, image, count);
+            std::copy_n(image, count, kept + inFrame);
+            std::fill_n(image, count, 0U);
         });
     }
 
@@ -82,13 +91,15 @@ private:
         return planes_ + size_t{plane} * kBandRows * static_cast<size_t>(pitch_);
     }
 
+    [[nodiscard]] bool HasAlpha() const { return title_.Settings.DestinationAlpha != 0; }
+
+    /// Calls use(index in a plane, index in the frame, count) for each row of `rect` that is the band's.
     template <class Use>
     void ForRows(const TitleRect& rect, Use use) const {
         const TitleRect here = Intersection(rect, rect_);
-        if (IsEmpty(here)) return;
         for (int32_t y = here.top; y < here.bottom; ++y) {
-            use(static_cast<size_t>(y - rect_.top) * static_cast<size_t>(pitch_) + static_cast<size_t>(here.left), y,
-                static_cast<size_t>(here.right - here.left));
+            use(static_cast<size_t>(y - rect_.top) * static_cast<size_t>(pitch_) + static_cast<size_t>(here.left),
+                std::ptrdiff_t{y} * title_.Settings.Width + here.left, static_cast<size_t>(here.right - here.left));
         }
     }
 
@@ -113,14 +124,12 @@ public:
         if (hasAlpha) ForDestination(rect, kernels.Premultiply);
         for (const BandedLayers& string : strings_) {
             string.ForBand(index, [&](const PlaneLayer& layer) { band.Draw(layer); });
-            band.Merge(string.String().DirtyRect);
             const bool isKept = kept_ != nullptr && &string == &strings_.back();
-            const auto composite = hasAlpha ? kernels.CompositePremultipliedOnto : kernels.CompositePremultiplied;
-            band.ForImage([&](uint32_t* image, std::ptrdiff_t at, size_t count) {
-                composite(destination_ + at, image, count);
-                if (isKept) std::copy_n(image, count, kept_ + at);
-                std::fill_n(image, count, 0U);
-            });
+            if (isKept) {
+                band.Keep(string.String().DirtyRect, destination_, kept_);
+            } else {
+                band.Finish(string.String().DirtyRect, destination_);
+            }
         }
         if (hasAlpha) ForDestination(rect, kernels.Unpremultiply);
     }

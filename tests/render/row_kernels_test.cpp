@@ -116,6 +116,18 @@ TEST(RowKernelsTest, MergedPlanesAreThoseOfThreeSteps) {
             ASSERT_EQ(s, image) << count;
             ASSERT_EQ(f, std::vector<uint32_t>(count)) << "left for the next string";
             ASSERT_EQ(b, f);
+
+            const std::vector<uint32_t> below = random.Row(count, false);
+            std::vector<uint32_t> straight = below, premultiplied = below;
+            PlainRowKernels().CompositePremultiplied(straight.data(), image.data(), count);
+            PlainRowKernels().CompositePremultipliedOnto(premultiplied.data(), image.data(), count);
+            for (const bool isStraight : {true, false}) {
+                std::vector<uint32_t> onto = below, face2 = face, border2 = border, shadow2 = shadow;
+                (isStraight ? rows->FinishStraight : rows->FinishPremultiplied)(onto.data(), face2.data(),
+                                                                                border2.data(), shadow2.data(), count);
+                ASSERT_EQ(onto, isStraight ? straight : premultiplied) << count;
+                ASSERT_EQ(shadow2, f);
+            }
         }
     }
 }

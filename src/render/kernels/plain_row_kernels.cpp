@@ -29,6 +29,15 @@ void MergePlanes(uint32_t* face, uint32_t* border, uint32_t* shadow, size_t coun
     }
 }
 
+template <uint32_t (*Blend)(uint32_t, uint32_t)>
+void Finish(uint32_t* destination, uint32_t* face, uint32_t* border, uint32_t* shadow, size_t count) {
+    MergePlanes(face, border, shadow, count);
+    for (size_t i = 0; i < count; ++i) {
+        destination[i] = Blend(shadow[i], destination[i]);
+        shadow[i] = 0;
+    }
+}
+
 /// Replaces each destination pixel by Blend(source pixel, destination pixel).
 template <uint32_t (*Blend)(uint32_t, uint32_t)>
 void BlendRow(uint32_t* destination, const uint32_t* source, size_t count) {
@@ -45,6 +54,8 @@ void ChangeRow(uint32_t* pixels, size_t count) {
 const RowKernels& PlainRowKernels() {
     static constexpr RowKernels kPlain{.PlaceCoverage = PlaceCoverage,
                                        .MergePlanes = MergePlanes,
+                                       .FinishStraight = Finish<OverStraight<true>>,
+                                       .FinishPremultiplied = Finish<OverPremultiplied>,
                                        .MergeFaceOverBorder = BlendRow<FaceOverBorder>,
                                        .CompositeStraight = BlendRow<OverStraight<false>>,
                                        .CompositePremultiplied = BlendRow<OverStraight<true>>,

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <tuple>
 
 #include "render/kernels/pixel_rules.h"
 
@@ -31,6 +32,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 // the odd ones.
 using Lanes32 = hn::ScalableTag<uint32_t>;
 using LanesI32 = hn::RebindToSigned<Lanes32>;
+using LanesI16 = hn::Repartition<int16_t, Lanes32>;
 using LanesF32 = hn::RebindToFloat<Lanes32>;
 using Lanes16 = hn::Repartition<uint16_t, Lanes32>;
 using Lanes8 = hn::Repartition<uint8_t, Lanes32>;
@@ -68,12 +70,26 @@ HWY_INLINE Halves DividedBy255(Halves products) {
     const Halves biased = hn::Add(products, hn::Set(d16, 128));
     return hn::ShiftRight<8>(hn::Add(biased, hn::ShiftRight<8>(biased)));
 }
-/// floor(n / d) for n below 2^24 and d of 1 to 255: a float holds both, and the quotient lies too far below the next
-/// whole number to be rounded to it.
-HWY_INLINE Pixels Quotient(Pixels n, Pixels d) {
-    const auto toFloat = [](Pixels v) HWY_ATTR { return hn::ConvertTo(LanesF32(), hn::BitCast(LanesI32(), v)); };
-    return hn::BitCast(d32, hn::ConvertTo(LanesI32(), hn::Div(toFloat(n), toFloat(d))));
-}
+/// Division by numbers of 1 to 255, cut to a whole number, of dividends below 2^16.
+///
+/// The reciprocal is a little too large, by less than 2^-22 of it, so that the product is never below the quotient and
+/// above it by less than n / d / 2^22, which does not reach the next whole number: that is 1 / d away at least.
+class Divider {
+public:
+    explicit Divider(Pixels divisor) : reciprocal_(hn::Div(hn::Set(LanesF32(), 1.0F + 0x1p-23F), ToFloat(divisor))) {}
+
+    HWY_INLINE Pixels operator()(Pixels n) const {
+        return hn::BitCast(d32, hn::ConvertTo(LanesI32(), hn::Mul(ToFloat(n), reciprocal_)));
+    }
+
+private:
+    static HWY_INLINE hn::Vec<LanesF32> ToFloat(Pixels v) {
+        return hn::ConvertTo(LanesF32(), hn::BitCast(LanesI32(), v));
+    }
+
+    hn::Vec<LanesF32> reciprocal_;
+};
+
 /// channel(shift) for the three colours, each at most 255, without alpha.
 template <int kShift>
 HWY_INLINE Pixels Channel(Pixels pixels) {
@@ -91,6 +107,27 @@ HWY_INLINE void ForRow(uint32_t* row, size_t count, Change change) {
     std::copy(row + i, row + count, rest);
     change(rest, i);
     std::copy_n(rest, count - i, row + i);
+}
+
+/// Like ForRow, for several rows that are all changed.
+template <size_t kRows, class Change>
+HWY_INLINE void ForRows(const std::array<uint32_t*, kRows>& rows, size_t count, Change change) {
+    const size_t lanes = hn::Lanes(d32), whole = count / lanes * lanes;
+    const auto at = [&](size_t i) HWY_ATTR {
+        std::array<uint32_t*, kRows> places = rows;
+        for (uint32_t*& place : places) place += i;
+        return places;
+    };
+    for (size_t i = 0; i < whole; i += lanes) std::apply(change, at(i));
+    if (whole == count) return;
+    HWY_ALIGN uint32_t rest[kRows][hn::MaxLanes(Lanes32())] = {};
+    std::array<uint32_t*, kRows> places;
+    for (size_t row = 0; row < kRows; ++row) {
+        places[row] = rest[row];
+        std::copy(rows[row] + whole, rows[row] + count, rest[row]);
+    }
+    std::apply(change, places);
+    for (size_t row = 0; row < kRows; ++row) std::copy_n(rest[row], count - whole, rows[row] + whole);
 }
 
 /// Like ForRow, for two rows. Where a source of 0 leaves the destination alone, vectors of such are passed over.
@@ -118,45 +155,78 @@ HWY_INLINE Pixels Placed(Pixels target, Pixels a, Halves colorEven, Halves color
     const Pixels invert = hn::Set(d32, 0xFF000000U);
     const Halves a16 = InBothHalves(a);
     const Halves left = hn::Sub(hn::Set(d16, 256), a16), weight = hn::Add(a16, hn::Set(d16, 1));
+    const Pixels added =
+        FromBytes(hn::ShiftRight<8>(hn::Mul(colorEven, weight)), hn::ShiftRight<8>(hn::Mul(colorOdd, weight)));
+    if (IsAllZero(target)) return hn::Or(added, hn::ShiftLeft<24>(a));
     const Pixels inverted = hn::Xor(target, invert);
     const Pixels kept = FromBytes(hn::ShiftRight<8>(hn::Mul(EvenBytes(inverted), left)),
                                   hn::ShiftRight<8>(hn::Mul(OddBytes(inverted), left)));
-    const Pixels added =
-        FromBytes(hn::ShiftRight<8>(hn::Mul(colorEven, weight)), hn::ShiftRight<8>(hn::Mul(colorOdd, weight)));
     return SaturatedSum(hn::Xor(kept, invert), added);
 }
+
+/// Sums of the products of neighbours, added to `sums`: what this operation does on the processors that we build for.
+HWY_INLINE hn::Vec<LanesI32> AddPairs(hn::Vec<Lanes16> samples, hn::Vec<LanesI16> weights, hn::Vec<LanesI32> sums) {
+    hn::Vec<LanesI32> unused = hn::Zero(LanesI32());
+    return hn::ReorderWidenMulAccumulate(LanesI32(), hn::BitCast(LanesI16(), samples), weights, sums, unused);
+}
+
+/// Two weights of 16 bits for pairs of samples, as two terms of 15 bits.
+struct PairWeights {
+    PairWeights(uint32_t first, uint32_t second)
+        : Low(Pair(first / 2, second / 2)), High(Pair(first - first / 2, second - second / 2)) {}
+
+    static hn::Vec<LanesI16> Pair(uint32_t first, uint32_t second) {
+        return hn::BitCast(LanesI16(), hn::Set(d32, first | second << 16U));
+    }
+
+    hn::Vec<LanesI16> Low, High;
+};
 
 /// A placement in the form that vectors want it.
 struct PlacementLanes {
     explicit PlacementLanes(const CoveragePlacement& p)
-        : W00(hn::Set(d32, p.W00)),
-          W10(hn::Set(d32, p.W10)),
-          W01(hn::Set(d32, p.W01)),
-          W11(hn::Set(d32, p.W11)),
-          Alpha(hn::Set(d32, p.Alpha + 1)),
+        : Above(p.W00, p.W10),
+          Here(p.W01, p.W11),
+          Alpha(hn::Set(d16, static_cast<uint16_t>(p.Alpha + 1))),
           ColorEven(EvenBytes(hn::Set(d32, p.Color))),
           ColorOdd(OddBytes(hn::Set(d32, p.Color))) {}
 
-    Pixels W00, W10, W01, W11, Alpha;
+    PairWeights Above, Here;
+    Halves Alpha;
     Halves ColorEven, ColorOdd;
 };
 
-HWY_INLINE void PlacePixels(uint32_t* target, const uint8_t* upper, const uint8_t* lower, const PlacementLanes& p) {
-    const auto sample = [](const uint8_t* at)
-                            HWY_ATTR { return hn::PromoteTo(d32, hn::LoadU(hn::Rebind<uint8_t, Lanes32>(), at)); };
-    const Pixels s00 = sample(upper - 1), s10 = sample(upper), s01 = sample(lower - 1), s11 = sample(lower);
-    if (IsAllZero(hn::Or(hn::Or(s00, s10), hn::Or(s01, s11)))) return;
-    const Pixels sum =
-        hn::Add(hn::Add(hn::Mul(s00, p.W00), hn::Mul(s10, p.W10)), hn::Add(hn::Mul(s01, p.W01), hn::Mul(s11, p.W11)));
-    const Pixels a = hn::ShiftRight<8>(hn::Mul(hn::ShiftRight<16>(sum), p.Alpha));
+/// Of each second pixel, from samples that begin left of the first.
+HWY_INLINE Pixels WeighedPairs(Halves above, Halves here, const PlacementLanes& p) {
+    const auto upper = AddPairs(above, p.Above.Low, AddPairs(above, p.Above.High, hn::Zero(LanesI32())));
+    return hn::BitCast(d32, AddPairs(here, p.Here.Low, AddPairs(here, p.Here.High, upper)));
+}
+
+HWY_INLINE void PlaceVector(uint32_t* target, Pixels a, const PlacementLanes& p) {
+    if (IsAllZero(a)) return;
     hn::StoreU(Placed(hn::LoadU(d32, target), a, p.ColorEven, p.ColorOdd), d32, target);
+}
+
+/// Two vectors of pixels, as many as one of half as wide lanes has.
+HWY_INLINE void PlaceTwo(uint32_t* target, const uint8_t* upper, const uint8_t* lower, const PlacementLanes& p) {
+    const auto samples = [](const uint8_t* at)
+                             HWY_ATTR { return hn::PromoteTo(d16, hn::LoadU(hn::Rebind<uint8_t, Lanes16>(), at)); };
+    const Halves leftAbove = samples(upper - 1), above = samples(upper), left = samples(lower - 1),
+                 here = samples(lower);
+    if (hn::AllTrue(d16, hn::Eq(hn::Or(hn::Or(leftAbove, above), hn::Or(left, here)), hn::Zero(d16)))) return;
+    const Pixels even = WeighedPairs(leftAbove, left, p), odd = WeighedPairs(above, here, p);
+    const Pixels coverage = hn::Or(hn::ShiftRight<16>(even), hn::And(odd, hn::Set(d32, 0xFFFF0000U)));
+    const Halves a = hn::ShiftRight<8>(hn::Mul(hn::BitCast(d16, coverage), p.Alpha));
+    PlaceVector(target, hn::PromoteTo(d32, hn::LowerHalf(a)), p);
+    PlaceVector(target + hn::Lanes(d32), hn::PromoteTo(d32, hn::UpperHalf(hn::Half<Lanes16>(), a)), p);
 }
 
 void PlaceCoverage(uint32_t* target, std::ptrdiff_t pitch, const CoverageRows& rows,
                    const CoveragePlacement& placement) {
-    static_assert(hn::MaxLanes(Lanes32()) <= CoverageLayer::kPadding && hn::MaxLanes(Lanes32()) <= kPixelPadding);
+    constexpr size_t kMostLanes = hn::MaxLanes(Lanes16());
+    static_assert(kMostLanes <= CoverageLayer::kPadding && kMostLanes <= kPixelPadding);
     const PlacementLanes p(placement);
-    const auto lanes = static_cast<int32_t>(hn::Lanes(d32));
+    const auto lanes = static_cast<int32_t>(hn::Lanes(d16));
     const uint8_t* upper = rows.Samples;
     for (int32_t v = 0; v < rows.Count; ++v, target += pitch, upper += rows.Pitch) {
         const ColumnSpan above = rows.Spans[v], here = rows.Spans[v + 1];
@@ -171,11 +241,11 @@ void PlaceCoverage(uint32_t* target, std::ptrdiff_t pitch, const CoverageRows& r
         uint32_t* const out = target + rows.Column + left;
         const int32_t whole = rows.MayOverrun ? right : right - lanes + 1;
         int32_t u = left;
-        for (; u < whole; u += lanes) PlacePixels(out + (u - left), upper + u, lower + u, p);
+        for (; u < whole; u += lanes) PlaceTwo(out + (u - left), upper + u, lower + u, p);
         if (u >= right) continue;
-        HWY_ALIGN uint32_t rest[hn::MaxLanes(Lanes32())] = {};
+        HWY_ALIGN uint32_t rest[kMostLanes] = {};
         std::copy(out + (u - left), out + (right - left), rest);
-        PlacePixels(rest, upper + u, lower + u, p);
+        PlaceTwo(rest, upper + u, lower + u, p);
         std::copy_n(rest, right - u, out + (u - left));
     }
 }
@@ -184,8 +254,9 @@ HWY_INLINE Pixels FaceOverBorderGeneral(Pixels face, Pixels border) {
     const Pixels fa = Alpha(face), ba = hn::Max(Alpha(border), hn::Set(d32, 1));
     const Pixels a = hn::Min(hn::Add(fa, ba), hn::Set(d32, 255));
     const Pixels left = hn::Sub(hn::Set(d32, 256), fa);
+    const Divider byBorderAlpha(ba);
     const auto merged = [&](Pixels faceChannel, Pixels borderChannel) HWY_ATTR {
-        const Pixels sum = hn::Add(faceChannel, Quotient(hn::Mul(left, borderChannel), ba));
+        const Pixels sum = hn::Add(faceChannel, byBorderAlpha(hn::Mul(left, borderChannel)));
         return hn::And(hn::ShiftRight<8>(hn::Mul(sum, a)), hn::Set(d32, 0xFF));
     };
     const Pixels blue = merged(Channel<0>(face), Channel<0>(border)),
@@ -229,34 +300,50 @@ HWY_NOINLINE Pixels OneByOne(Pixels source, Pixels destination) {
     return hn::Load(d32, below);
 }
 
-HWY_INLINE void MergeVectors(uint32_t* face, uint32_t* border, uint32_t* shadow) {
-    const Pixels f = hn::LoadU(d32, face), b = hn::LoadU(d32, border), zero = hn::Zero(d32);
-    if (IsAllZero(hn::Or(f, b))) return;
-    hn::StoreU(OverPremultipliedPixels(MergedPixels(f, b), hn::LoadU(d32, shadow)), d32, shadow);
-    hn::StoreU(zero, d32, face);
-    hn::StoreU(zero, d32, border);
+// On an opaque destination A is 65025, and both kinds of over become a sum with one division by 255.
+HWY_INLINE Pixels PremultipliedOverStraight(Pixels source, Pixels destination) {
+    return IsOpaque(destination) ? OverPremultipliedPixels(source, destination)
+                                 : OneByOne<OverStraight<true> >(source, destination);
+}
+
+void CompositePremultiplied(uint32_t* destination, const uint32_t* source, size_t count) {
+    BlendRow(destination, source, count, [](Pixels s, Pixels d) HWY_ATTR { return PremultipliedOverStraight(s, d); });
+}
+
+/// The pixels of three planes as one image.
+HWY_INLINE Pixels Merged(Pixels face, Pixels border, Pixels shadow) {
+    if (IsAllZero(hn::Or(face, border))) return shadow;
+    return OverPremultipliedPixels(MergedPixels(face, border), shadow);
 }
 
 void MergePlanes(uint32_t* face, uint32_t* border, uint32_t* shadow, size_t count) {
-    constexpr size_t kLanes = hn::MaxLanes(Lanes32());
-    const size_t lanes = hn::Lanes(d32), whole = count / lanes * lanes, rest = count - whole;
-    for (size_t i = 0; i < whole; i += lanes) MergeVectors(face + i, border + i, shadow + i);
-    if (rest == 0) return;
-    HWY_ALIGN uint32_t f[kLanes] = {}, b[kLanes] = {}, s[kLanes] = {};
-    std::copy_n(face + whole, rest, f);
-    std::copy_n(border + whole, rest, b);
-    std::copy_n(shadow + whole, rest, s);
-    MergeVectors(f, b, s);
-    std::copy_n(f, rest, face + whole);
-    std::copy_n(b, rest, border + whole);
-    std::copy_n(s, rest, shadow + whole);
+    ForRows(std::array{face, border, shadow}, count, [](uint32_t* f, uint32_t* b, uint32_t* s) HWY_ATTR {
+        hn::StoreU(Merged(hn::LoadU(d32, f), hn::LoadU(d32, b), hn::LoadU(d32, s)), d32, s);
+        hn::StoreU(hn::Zero(d32), d32, f);
+        hn::StoreU(hn::Zero(d32), d32, b);
+    });
 }
 
-// On an opaque destination A is 65025, and both kinds of over become a sum with one division by 255.
-void CompositePremultiplied(uint32_t* destination, const uint32_t* source, size_t count) {
-    BlendRow(destination, source, count, [](Pixels s, Pixels d) HWY_ATTR {
-        return IsOpaque(d) ? OverPremultipliedPixels(s, d) : OneByOne<OverStraight<true> >(s, d);
+template <class Composite>
+HWY_INLINE void Finish(const std::array<uint32_t*, 4>& rows, size_t count, Composite composite) {
+    ForRows(rows, count, [&](uint32_t* destination, uint32_t* face, uint32_t* border, uint32_t* shadow) HWY_ATTR {
+        const Pixels f = hn::LoadU(d32, face), b = hn::LoadU(d32, border), s = hn::LoadU(d32, shadow);
+        if (IsAllZero(hn::Or(hn::Or(f, b), s))) return;
+        hn::StoreU(composite(Merged(f, b, s), hn::LoadU(d32, destination)), d32, destination);
+        hn::StoreU(hn::Zero(d32), d32, face);
+        hn::StoreU(hn::Zero(d32), d32, border);
+        hn::StoreU(hn::Zero(d32), d32, shadow);
     });
+}
+
+void FinishStraight(uint32_t* destination, uint32_t* face, uint32_t* border, uint32_t* shadow, size_t count) {
+    Finish({destination, face, border, shadow}, count,
+           [](Pixels s, Pixels d) HWY_ATTR { return PremultipliedOverStraight(s, d); });
+}
+
+void FinishPremultiplied(uint32_t* destination, uint32_t* face, uint32_t* border, uint32_t* shadow, size_t count) {
+    Finish({destination, face, border, shadow}, count,
+           [](Pixels s, Pixels d) HWY_ATTR { return OverPremultipliedPixels(s, d); });
 }
 
 void CompositeStraight(uint32_t* destination, const uint32_t* source, size_t count) {
@@ -291,10 +378,11 @@ void Unpremultiply(uint32_t* pixels, size_t count) {
         const Pixels alpha = Alpha(premultiplied);
         if (hn::AllTrue(d32, hn::Eq(alpha, hn::Set(d32, 255)))) return;
         const auto isClear = hn::Eq(alpha, hn::Zero(d32));
-        const Pixels divisor = hn::Max(alpha, hn::Set(d32, 1)), half = hn::ShiftRight<1>(alpha);
+        const Divider byAlpha(hn::Max(alpha, hn::Set(d32, 1)));
+        const Pixels half = hn::ShiftRight<1>(alpha);
         const auto straight = [&](Pixels channel) HWY_ATTR {
             const Pixels scaled = hn::Sub(hn::ShiftLeft<8>(channel), channel);
-            return hn::Min(Quotient(hn::Add(scaled, half), divisor), hn::Set(d32, 255));
+            return hn::Min(byAlpha(hn::Add(scaled, half)), hn::Set(d32, 255));
         };
         const Pixels color = hn::Or(straight(Channel<0>(premultiplied)),
                                     hn::Or(hn::ShiftLeft<8>(straight(Channel<8>(premultiplied))),
@@ -306,6 +394,8 @@ void Unpremultiply(uint32_t* pixels, size_t count) {
 const RowKernels* Rows() {
     static constexpr RowKernels kRows{.PlaceCoverage = PlaceCoverage,
                                       .MergePlanes = MergePlanes,
+                                      .FinishStraight = FinishStraight,
+                                      .FinishPremultiplied = FinishPremultiplied,
                                       .MergeFaceOverBorder = MergeFaceOverBorder,
                                       .CompositeStraight = CompositeStraight,
                                       .CompositePremultiplied = CompositePremultiplied,

@@ -30,7 +30,7 @@ struct CoverageRows {
     bool MayOverrun;        ///< Up to kPixelPadding pixels behind a row may be read and written as they were.
 };
 
-inline constexpr int32_t kPixelPadding = 16;
+inline constexpr int32_t kPixelPadding = 32;
 
 /// Rows are `count` pixels and need no alignment; what lies beyond is not written.
 struct RowKernels {
@@ -39,6 +39,10 @@ struct RowKernels {
                           const CoveragePlacement& placement);
     /// Merges three rows of planes into the last, the face uppermost, and leaves the other two 0.
     void (*MergePlanes)(uint32_t* face, uint32_t* border, uint32_t* shadow, size_t count);
+    /// MergePlanes, one of the two composites from the last row, and that row left 0 too: all in one pass.
+    void (*FinishStraight)(uint32_t* destination, uint32_t* face, uint32_t* border, uint32_t* shadow, size_t count);
+    void (*FinishPremultiplied)(uint32_t* destination, uint32_t* face, uint32_t* border, uint32_t* shadow,
+                                size_t count);
     void (*MergeFaceOverBorder)(uint32_t* border, const uint32_t* face, size_t count);
     void (*CompositeStraight)(uint32_t* destination, const uint32_t* source, size_t count);
     void (*CompositePremultiplied)(uint32_t* destination, const uint32_t* source, size_t count);
