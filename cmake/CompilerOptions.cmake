@@ -6,6 +6,12 @@ target_compile_options(captionfx_options INTERFACE
     # A frame is the same bytes with every compiler and on every machine: no fused multiply-add behind our back.
     -ffp-contract=off)
 
+if(WIN32)
+    target_compile_definitions(captionfx_options INTERFACE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0602)
+    # A host gets one file: MinGW's run-time libraries are inside.
+    target_link_options(captionfx_options INTERFACE -static)
+endif()
+
 if(CAPTIONFX_FUZZ)
     target_compile_options(captionfx_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()

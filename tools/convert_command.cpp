@@ -1,5 +1,6 @@
 #include "tools/convert_command.h"
 
+#include "tools/option_value.h"
 #include "tools/script/title_to_script.h"
 #include "tools/title_file.h"
 #include "tools/title_handle.h"
@@ -16,9 +17,9 @@ CLI::App* AddConvertCommand(CLI::App& app, ConvertRequest& request) {
         "  captionfx convert opening.json opening.xml\n"
         "  captionfx convert opening.xml opening.json\n"
         "  captionfx convert talk.srt talk.xml --style style.json");
-    convert->add_option("input", request.input, "A title script, a title as XML, or subtitles")->required();
-    convert->add_option("output", request.output, "The title to write: .xml, or .json for a script")->required();
-    convert->add_option("--style", request.style, "How subtitles look and where they stand: a script with a cue");
+    AddPath(*convert, "input", request.input, "A title script, a title as XML, or subtitles")->required();
+    AddPath(*convert, "output", request.output, "The title to write: .xml, or .json for a script")->required();
+    AddPath(*convert, "--style", request.style, "How subtitles look and where they stand: a script with a cue");
     convert->callback([&request] {
         const std::filesystem::path extension = request.output.extension();
         if (extension != ".xml" && extension != ".json")

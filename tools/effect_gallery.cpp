@@ -3,22 +3,27 @@
 #include <algorithm>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tools/canvas.h"
+#include "tools/film.h"
 #include "tools/gallery_page.h"
 #include "tools/interrupt.h"
 #include "tools/output_file.h"
 #include "tools/progress.h"
 #include "tools/sheet_text.h"
-#include "tools/video/output_format.h"
-#include "tools/video/video_writer.h"
 
 namespace captionfx {
 namespace {
 
 constexpr Rgb kGround{38, 42, 49};
-constexpr int32_t kRate = 20, kMovingFrames = 30, kRestingFrames = 14;
+constexpr float kRate = 20.0F;
+constexpr int32_t kMovingFrames = 30, kRestingFrames = 14;
+
+std::string PictureName(std::string_view effect) {
+    return std::string(effect) + ".webp";
+}
 
 /// The frames of one effect: from not there yet to at rest, and a while of rest.
 std::vector<Canvas> DrawLoop(SamplePainter& sample, const EffectInfo& effect, FrameSize cell) {
@@ -38,20 +43,20 @@ bool IsMoving(const std::vector<Canvas>& frames) {
 }
 
 void WriteLoop(const std::vector<Canvas>& frames, FrameSize cell, const std::filesystem::path& picture) {
-    const AVRational rate{kRate, 1};
-    VideoWriter writer(picture, FormatOf(picture, ""),
-                       {.size = cell, .timeBase = av_inv_q(rate), .frameRate = rate, .color = {}});
-    const int32_t count = kMovingFrames + kRestingFrames;
-    for (int32_t i = 0; i < count; ++i) {
-        writer.Write(frames[static_cast<size_t>(std::min(i, kMovingFrames))].Pixels(), i);
+    const std::unique_ptr<FrameSink> film =
+        MakeFilm(picture, "", {.size = cell, .isTransparent = false, .rate = kRate});
+    for (int32_t i = 0; i < kMovingFrames + kRestingFrames; ++i) {
+        const auto pixels = frames[static_cast<size_t>(std::min(i, kMovingFrames))].Pixels();
+        film->Put({.time = i, .pixels = {pixels.begin(), pixels.end()}});
     }
-    writer.Finish();
+    film->Finish();
 }
 
 }  // namespace
 
 void WriteEffectGallery(std::span<const EffectInfo> effects, const SheetLook& look, const std::filesystem::path& folder,
                         bool isQuiet) {
+    CheckFilmName(folder / PictureName("effect"), "");
     std::filesystem::create_directories(folder);
     SamplePainter sample(look);
     if (!sample.HasInk()) throw std::runtime_error("the text of the gallery leaves nothing to be seen");
@@ -61,7 +66,7 @@ void WriteEffectGallery(std::span<const EffectInfo> effects, const SheetLook& lo
         const std::vector<Canvas> frames = DrawLoop(sample, effect, look.cell);
         GalleryEntry& entry = entries.emplace_back(GalleryEntry{.effect = effect, .picture = ""});
         if (IsMoving(frames)) {
-            entry.picture = std::string(effect.name) + ".webp";
+            entry.picture = PictureName(effect.name);
             WriteLoop(frames, look.cell, folder / entry.picture);
         }
         progress.Advance();

@@ -81,9 +81,9 @@ CLI::App* AddEffectsCommand(CLI::App& app, EffectsRequest& request) {
     AddValue(*effects, "--class", request.effectClass, &ParseEffectClass, "a class of effects, such as CLASS_FLY",
              "Only the effects of this class, such as CLASS_FLY; the sheet shows them larger");
     CLI::Option* const sheet =
-        effects->add_option("--sheet", request.sheet, "Draw a contact sheet into this PNG file instead of the list");
+        AddPath(*effects, "--sheet", request.sheet, "Draw a contact sheet into this PNG file instead of the list");
     CLI::Option* const gallery =
-        effects->add_option("--gallery", request.gallery, "Write a page with moving pictures into this folder instead");
+        AddPath(*effects, "--gallery", request.gallery, "Write a page with moving pictures into this folder instead");
     sheet->excludes(gallery);
     AddValue(*effects, "--text", request.text, &ParseText, "valid UTF-8",
              "The text of the pictures, UTF-8; \\n begins a paragraph [CaptionFx]");

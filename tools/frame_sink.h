@@ -1,12 +1,11 @@
 // Where the frames of a sequence go.
 #pragma once
 
-#include <filesystem>
-#include <memory>
+#include <cstdint>
 #include <string>
 
+#include "tools/argument_values.h"
 #include "tools/frame_pipeline.h"
-#include "tools/video/video_writer.h"
 
 namespace captionfx {
 
@@ -34,22 +33,6 @@ private:
     std::string pattern_;
     FrameSize size_;
     int32_t count_ = 0;
-};
-
-/// Frames as a film; their times are in its time base.
-class Film final : public FrameSink {
-public:
-    Film(const std::filesystem::path& output, const OutputFormat& format, const VideoSetup& setup)
-        : writer_(output, format, setup), hasHardAlpha_(format.isOneBitAlpha && setup.isTransparent) {}
-
-    [[nodiscard]] VideoWriter& Writer() { return writer_; }
-
-    void Put(const Frame& frame) override;
-    void Finish() override;
-
-private:
-    VideoWriter writer_;
-    bool hasHardAlpha_, hasLostAlpha_ = false;
 };
 
 }  // namespace captionfx

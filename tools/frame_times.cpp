@@ -4,6 +4,8 @@
 #include <cmath>
 #include <string_view>
 
+#include "tools/text_encoding.h"
+
 namespace captionfx {
 namespace {
 
@@ -59,7 +61,7 @@ std::filesystem::path FrameFile(const std::string& pattern, int32_t index) {
         }
         rest.remove_prefix(isPercent ? 2 : std::max<size_t>(place.length, 1));
     }
-    return file;
+    return PathFromUtf8(file);
 }
 
 }  // namespace captionfx

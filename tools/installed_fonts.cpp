@@ -1,12 +1,9 @@
 #include "tools/installed_fonts.h"
 
-#include <iterator>
-#include <memory>
-#include <set>
-
-#include <fontconfig/fontconfig.h>
+#include <optional>
 
 #include "tools/argument_values.h"
+#include "tools/font_families.h"
 #include "tools/text_encoding.h"
 #include "tools/title_handle.h"
 #include "tools/title_setup.h"
@@ -15,29 +12,6 @@ namespace captionfx {
 namespace {
 
 constexpr float kAnySize = 24.0F;
-
-template <auto Free>
-struct FontconfigFree {
-    template <class Object>
-    void operator()(Object* object) const noexcept {
-        Free(object);
-    }
-};
-
-std::set<std::string> FamilyNames() {
-    const std::unique_ptr<FcPattern, FontconfigFree<&FcPatternDestroy>> all(FcPatternCreate());
-    const std::unique_ptr<FcObjectSet, FontconfigFree<&FcObjectSetDestroy>> family(
-        FcObjectSetBuild(FC_FAMILY, static_cast<char*>(nullptr)));
-    const std::unique_ptr<FcFontSet, FontconfigFree<&FcFontSetDestroy>> fonts(
-        FcFontList(nullptr, all.get(), family.get()));
-    std::set<std::string> names;
-    for (int i = 0; fonts && i < fonts->nfont; ++i) {
-        FcChar8* name = nullptr;
-        if (FcPatternGetString(fonts->fonts[i], FC_FAMILY, 0, &name) == FcResultMatch)
-            names.insert(reinterpret_cast<const char*>(name));
-    }
-    return names;
-}
 
 std::string FontOf(IKVT_CaptionFx& title, int32_t string, int32_t character) {
     FontSpec used{};
@@ -50,7 +24,7 @@ std::string FontOf(IKVT_CaptionFx& title, int32_t string, int32_t character) {
 std::vector<std::string> DrawableFontFamilies() {
     const TitleHandle title = MakeTitle();
     std::vector<std::string> drawable;
-    for (const std::string& name : FamilyNames()) {
+    for (const std::string& name : FontFamilies()) {
         const std::optional<std::u16string> wide = ParseFontName(name);
         if (!wide) continue;
         SetFont(*title, {.name = *wide, .size = kAnySize});

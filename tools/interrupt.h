@@ -11,7 +11,8 @@ public:
     [[nodiscard]] const char* what() const noexcept override { return "interrupted"; }
 };
 
-/// From here on SIGINT and SIGTERM only set a mark. System calls that wait return.
+/// From here on SIGINT and SIGTERM only set a mark, as do Ctrl-C, Ctrl-Break and the end of the console on Windows.
+/// System calls that wait return.
 void CatchInterrupts();
 
 /// Safe from any thread.
@@ -20,7 +21,7 @@ void CatchInterrupts();
 /// Throws Interrupted where one has come.
 void ThrowIfInterrupted();
 
-/// Ends the process by the signal that came, so that shells and scripts see what ended it.
+/// Ends the process as the signal that came would have, so that shells and scripts see what ended it.
 [[noreturn]] void DieOfInterrupt();
 
 }  // namespace captionfx

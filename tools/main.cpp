@@ -1,9 +1,12 @@
 // The command line of CaptionFx. Exit codes: 0 done, 1 could not be done, 2 wrong arguments. An error is one line on
 // standard error.
+#include <algorithm>
 #include <cstdlib>
 #include <exception>
 #include <new>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -15,15 +18,16 @@
 #include "tools/preview_command.h"
 #include "tools/render_command.h"
 #include "tools/show_command.h"
-#include "tools/video/av_handles.h"
+#include "tools/start_up.h"
 
 namespace captionfx {
 namespace {
 
 constexpr int kWrongArguments = 2;
 
-int RunCommandLine(int argc, const char* const* argv) {
+int RunCommandLine(std::vector<std::string> arguments) {
     CLI::App app("Animated text titles for video", "captionfx");
+    app.allow_windows_style_options(false);  // on every system "/x" is a path
     app.footer(
         "Examples:\n"
         "  captionfx render --text \"Hello\" -o hello.png\n"
@@ -45,7 +49,8 @@ int RunCommandLine(int argc, const char* const* argv) {
     const CLI::App* const convert = AddConvertCommand(app, convertRequest);
 
     try {
-        app.parse(argc, argv);
+        std::ranges::reverse(arguments);  // it takes them from the end
+        app.parse(std::move(arguments));
     } catch (const CLI::Success& helpOrVersion) {
         return app.exit(helpOrVersion);
     } catch (const CLI::ParseError& error) {
@@ -59,7 +64,6 @@ int RunCommandLine(int argc, const char* const* argv) {
         return kWrongArguments;
     }
     CatchInterrupts();
-    av_log_set_level(AV_LOG_QUIET);  // its failures are told once, as exceptions
     if (render->parsed()) Render(renderRequest);
     if (preview->parsed()) Preview(previewRequest);
     if (fonts->parsed()) ListFonts(fontsRequest);
@@ -74,13 +78,13 @@ int RunCommandLine(int argc, const char* const* argv) {
 
 int main(int argc, char** argv) {
     try {
-        return captionfx::RunCommandLine(argc, argv);
+        return captionfx::RunCommandLine(captionfx::StartUp(argc, argv));
     } catch (const captionfx::Interrupted&) {
         captionfx::DieOfInterrupt();
     } catch (const std::bad_alloc&) {
         captionfx::PrintLine("not enough memory; a smaller frame or less text needs less");
     } catch (const std::exception& error) {
-        // An interruption that met libav in the middle of a file comes back as its failure to write on.
+        // An interruption that met an encoder in the middle of a file comes back as its failure to write on.
         if (captionfx::IsInterrupted()) captionfx::DieOfInterrupt();
         captionfx::PrintLine(error.what());
     }

@@ -9,6 +9,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/text_encoding.h"
+
 namespace captionfx {
 
 /// Adds an option whose value `parse` reads. `expected` completes the error line "--size: 'big' is not ...".
@@ -35,6 +37,13 @@ CLI::Option* AddValues(CLI::App& app, const std::string& name, std::vector<Value
         }
     };
     return app.add_option_function<std::vector<std::string>>(name, read, help)->expected(1)->take_all();
+}
+
+/// Adds an option whose value is the name of a file.
+template <class Target>
+CLI::Option* AddPath(CLI::App& app, const std::string& name, Target& target, const char* help) {
+    const auto read = [&target](const std::string& text) { target = PathFromUtf8(text); };
+    return app.add_option_function<std::string>(name, read, help);
 }
 
 }  // namespace captionfx

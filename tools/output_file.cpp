@@ -6,6 +6,8 @@
 #include <string>
 #include <system_error>
 
+#include "tools/file_stream.h"
+
 namespace captionfx {
 namespace {
 
@@ -30,12 +32,12 @@ OutputFile::OutputFile(const fs::path& path) : path_(path), target_(path) {
     std::error_code error;
     const fs::file_status status = fs::status(path, error);
     if (fs::exists(status) && !fs::is_regular_file(status)) {
-        file_.reset(std::fopen(path.c_str(), "wb"));
+        file_.reset(OpenForWriting(path));
     } else {
         // A link keeps its place: what it points to is replaced.
         if (fs::is_symlink(path, error)) target_ = fs::weakly_canonical(path);
         temporary_ = TemporaryNameBeside(target_);
-        file_.reset(std::fopen(temporary_.c_str(), "wbx"));
+        file_.reset(CreateForWriting(temporary_));
     }
     if (!file_) Fail(path_, errno);
 }

@@ -10,10 +10,10 @@
 #include "tools/format.h"
 #include "tools/frame_painter.h"
 #include "tools/option_value.h"
+#include "tools/scaled_picture.h"
 #include "tools/sheet_text.h"
 #include "tools/title_setup.h"
 #include "tools/title_source.h"
-#include "tools/video/pixel_converter.h"
 
 namespace captionfx {
 namespace {
@@ -60,10 +60,7 @@ std::vector<uint32_t> DrawSmall(FramePainter& painter, float seconds, const Prev
     std::vector<uint32_t> pixels(static_cast<size_t>(width) * static_cast<size_t>(height),
                                  OpaquePixel(request.background.value_or(kCellGround)));
     painter.Draw(seconds, pixels);
-    std::vector<uint32_t> result(static_cast<size_t>(small.width) * static_cast<size_t>(small.height));
-    PixelConverter(frame, AV_PIX_FMT_BGRA, small, AV_PIX_FMT_BGRA, {})
-        .Convert(*ViewPixels(pixels, frame), *ViewPixels(result, small));
-    return result;
+    return ScaledPicture(pixels, frame, small);
 }
 
 }  // namespace
@@ -75,7 +72,7 @@ CLI::App* AddPreviewCommand(CLI::App& app, PreviewRequest& request) {
         "\nExamples:\n"
         "  captionfx preview title.xml -o sheet.png\n"
         "  captionfx preview title.xml --at 0,25%,50%,1s --background 203050 -o sheet.png");
-    preview->add_option("title", request.titleFile, "A title script, a title as XML, or subtitles")->required();
+    AddPath(*preview, "title", request.titleFile, "A title script, a title as XML, or subtitles")->required();
     AddValue(*preview, "--at", request.moments, &ParseMoments, "a list of times such as 0,25%,50%,1s",
              "The moments: seconds or percentages [0%,25%,50%,75%,100%]");
     AddValue(*preview, "--frame", request.frame, &ParseFrameSize, "a size such as 1280x720, sides 1 to 16384",
@@ -84,8 +81,8 @@ CLI::App* AddPreviewCommand(CLI::App& app, PreviewRequest& request) {
              "The most that one picture takes [320x180]");
     AddValue(*preview, "--background", request.background, &ParseColor, "a colour RRGGBB, such as 102030",
              "Colour under the title [a gray]");
-    preview->add_option("--style", request.style, "How subtitles look and where they stand: a script with a cue");
-    preview->add_option("-o,--output", request.output, "The PNG file to write")->required();
+    AddPath(*preview, "--style", request.style, "How subtitles look and where they stand: a script with a cue");
+    AddPath(*preview, "-o,--output", request.output, "The PNG file to write")->required();
     return preview;
 }
 

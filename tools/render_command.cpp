@@ -6,10 +6,10 @@
 #include <string_view>
 #include <tuple>
 
+#include "tools/film.h"
 #include "tools/frame_times.h"
 #include "tools/option_value.h"
 #include "tools/render_output.h"
-#include "tools/video/output_format.h"
 
 namespace captionfx {
 namespace {
@@ -57,7 +57,7 @@ void CheckSequence(const RenderRequest& request) {
                                                    "frame number, such as frames/%04d.png, or write an .apng");
     if (!IsFramePattern(output)) {
         try {
-            static_cast<void>(FormatOf(request.output, request.format));
+            CheckFilmName(request.output, request.format);
         } catch (const std::runtime_error& error) {
             throw CLI::ValidationError("--output", error.what());
         }
@@ -93,7 +93,7 @@ void AddSequenceOptions(CLI::App& render, RenderRequest& request, CLI::Option* a
     CLI::Option* const rate = add("--fps", request.rate, &ParseFrameRate, "a number above 0, up to 1000",
                                   "Frames a second, such as 25 or 30000/1001 [25]");
     CLI::Option* const over =
-        render.add_option("--over", request.over, "Draw onto this video: its size, times, colours and sound are kept")
+        AddPath(render, "--over", request.over, "Draw onto this video: its size, times, colours and sound are kept")
             ->group(kGroup);
     render.add_flag("--no-audio", request.dropsSound, "Leave the sound of that video out")->needs(over)->group(kGroup);
     for (CLI::Option* const option : {from, to, rate}) option->excludes(at)->excludes(over);
@@ -121,7 +121,7 @@ CLI::App* AddRenderCommand(CLI::App& app, RenderRequest& request) {
         "  captionfx render talk.srt --style style.json --over talk.mp4 -o talk-subtitled.mp4\n"
         "  captionfx render title.xml --to 3 --fps 30 -o frames/%04d.png\n"
         "  captionfx render title.xml --background 000000 --format y4m -o - | player -");
-    render->add_option("title", request.titleFile, "A title script, a title as XML, or subtitles; or a typed title:");
+    AddPath(*render, "title", request.titleFile, "A title script, a title as XML, or subtitles; or a typed title:");
     AddTypedOptions(*render, request.typed);
 
     CLI::Option* const at =
@@ -134,10 +134,10 @@ CLI::App* AddRenderCommand(CLI::App& app, RenderRequest& request) {
         AddValue(*render, "--background", request.background, &ParseColor, "a colour RRGGBB, such as 102030",
                  "Colour of an opaque ground [transparent]");
     for (CLI::Option* const option : {frame, background}) option->excludes(render->get_option("--over"));
-    render->add_option("-o,--output", request.output,
-                       "The file to write; of a sequence of pictures, a pattern such as frames/%04d.png; - for a pipe");
-    render->add_option("--save", request.saveAs, "Also write the title as XML");
-    render->add_option("--style", request.style, "How subtitles look and where they stand: a script with a cue");
+    AddPath(*render, "-o,--output", request.output,
+            "The file to write; of a sequence of pictures, a pattern such as frames/%04d.png; - for a pipe");
+    AddPath(*render, "--save", request.saveAs, "Also write the title as XML");
+    AddPath(*render, "--style", request.style, "How subtitles look and where they stand: a script with a cue");
     render->callback([render, &request] { CheckTogether(request, render->count("--text") > 0); });
     return render;
 }

@@ -13,6 +13,7 @@
 
 #include "tools/colors.h"
 #include "tools/console.h"
+#include "tools/film.h"
 #include "tools/frame_painter.h"
 #include "tools/frame_pipeline.h"
 #include "tools/frame_sink.h"
@@ -23,7 +24,6 @@
 #include "tools/title_handle.h"
 #include "tools/title_setup.h"
 #include "tools/title_source.h"
-#include "tools/video/video_reader.h"
 
 namespace captionfx {
 namespace {
@@ -127,10 +127,12 @@ void WritePicture(Studio& studio, const RenderRequest& request) {
     ink.Tell();
 }
 
-std::unique_ptr<FrameSink> MakeSink(const RenderRequest& request, const VideoSetup& setup) {
-    if (IsFramePattern(request.output.string()))
-        return std::make_unique<PictureSequence>(request.output.string(), setup.size);
-    return std::make_unique<Film>(request.output, FormatOf(request.output, request.format), setup);
+/// The pictures that a request names, or else what `makeFilm` makes.
+template <class MakeFilm>
+std::unique_ptr<FrameSink> MakeSink(const RenderRequest& request, FrameSize size, MakeFilm makeFilm) {
+    const std::string output = request.output.string();
+    if (IsFramePattern(output)) return std::make_unique<PictureSequence>(output, size);
+    return makeFilm();
 }
 
 void WriteSequence(Studio& studio, const RenderRequest& request) {
@@ -138,13 +140,10 @@ void WriteSequence(Studio& studio, const RenderRequest& request) {
     const float rate = request.rate.value_or(kUsualRate);
     const int32_t count = FrameCount(from, to, rate);
     if (count == 0) throw std::runtime_error("the title has no keyframe after --from: give the end by --to SECONDS");
-    constexpr int kLargestDivisor = 1001;
-    const AVRational exactRate = av_d2q(static_cast<double>(rate), kLargestDivisor);
-    const std::unique_ptr<FrameSink> sink = MakeSink(request, {.size = studio.Frame(),
-                                                               .isTransparent = !request.background,
-                                                               .timeBase = av_inv_q(exactRate),
-                                                               .frameRate = exactRate,
-                                                               .color = {}});
+    const std::unique_ptr<FrameSink> sink = MakeSink(request, studio.Frame(), [&] {
+        const FilmSetup setup{.size = studio.Frame(), .isTransparent = !request.background, .rate = rate};
+        return MakeFilm(request.output, request.format, setup);
+    });
     const uint32_t ground = GroundPixel(request);
     InkWatch ink(ground);
     Progress progress(ProgressStyleOf(request.isQuiet), count);
@@ -168,33 +167,12 @@ void WriteSequence(Studio& studio, const RenderRequest& request) {
     ink.Tell();
 }
 
-/// Sound goes from the one to the other while frames are read, where the output has a place for it.
-void ConnectSound(VideoReader& video, Film& film) {
-    VideoWriter& writer = film.Writer();
-    if (!writer.CanHoldSound()) return;
-    for (const AVStream* const sound : video.Sounds()) writer.AddCopiedStream(*sound);
-    video.OnSound([&writer](int number, AVPacket& packet) { writer.WriteCopied(number, packet); });
-}
-
-void WriteOver(Studio& studio, VideoReader& video, const RenderRequest& request) {
-    const std::unique_ptr<FrameSink> sink = MakeSink(request, {.size = video.Size(),
-                                                               .isTransparent = false,
-                                                               .timeBase = video.TimeBase(),
-                                                               .frameRate = video.FrameRate(),
-                                                               .sampleAspect = video.SampleAspect(),
-                                                               .color = video.Color()});
-    if (auto* const film = dynamic_cast<Film*>(sink.get()); film != nullptr && !request.dropsSound)
-        ConnectSound(video, *film);
+void WriteOver(Studio& studio, GroundVideo& video, const RenderRequest& request) {
+    const std::unique_ptr<FrameSink> sink = MakeSink(
+        request, video.Size(), [&] { return video.MakeFilm(request.output, request.format, request.dropsSound); });
     Progress progress(ProgressStyleOf(request.isQuiet), video.ExpectedFrames());
-    const auto fill = [&](Frame& frame) {
-        const std::optional<int64_t> time = video.Next(frame.pixels);
-        if (!time) return false;
-        frame.time = *time;
-        frame.seconds = video.SecondsOf(*time);
-        return true;
-    };
-    studio.DrawAll(
-        fill, [&](const Frame& frame) { sink->Put(frame); }, progress);
+    studio.DrawAll([&](Frame& frame) { return video.Fill(frame); }, [&](const Frame& frame) { sink->Put(frame); },
+                   progress);
     sink->Finish();
     progress.Finish();
 }
@@ -208,9 +186,9 @@ bool IsSequence(const RenderRequest& request) {
 
 void WriteOutput(const RenderRequest& request) {
     if (!request.over.empty() && !request.output.empty()) {
-        VideoReader video(request.over);
-        Studio studio(request, video.Size(), Ground::kOpaque);
-        return WriteOver(studio, video, request);
+        const std::unique_ptr<GroundVideo> video = OpenVideo(request.over);
+        Studio studio(request, video->Size(), Ground::kOpaque);
+        return WriteOver(studio, *video, request);
     }
     Studio studio(request, request.frame, request.background ? Ground::kOpaque : Ground::kTransparent);
     if (request.output.empty()) return;

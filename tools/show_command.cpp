@@ -11,6 +11,7 @@
 #include <captionfx/caption_fx.h>
 
 #include "tools/format.h"
+#include "tools/option_value.h"
 #include "tools/text_encoding.h"
 #include "tools/title_file.h"
 #include "tools/title_handle.h"
@@ -147,7 +148,7 @@ private:
 CLI::App* AddShowCommand(CLI::App& app, ShowRequest& request) {
     CLI::App* const show = app.add_subcommand("show", "Show what a title file holds");
     show->footer("Example:\n  captionfx show title.xml");
-    show->add_option("title", request.titleFile, "A title script, a title as XML, or subtitles")->required();
+    AddPath(*show, "title", request.titleFile, "A title script, a title as XML, or subtitles")->required();
     return show;
 }
 

@@ -1,6 +1,7 @@
 // Text between the command line, which is UTF-8, and titles, which are UTF-16.
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,6 +16,11 @@ namespace captionfx {
 
 /// Text between quotes on one line, as UTF-8: controls are escaped as C does.
 [[nodiscard]] std::string QuotedLine(std::u16string_view text);
+
+/// Of a name in UTF-8, on every system; some take characters for others where a path is made of them directly.
+[[nodiscard]] inline std::filesystem::path PathFromUtf8(std::string_view name) {
+    return std::u8string(name.begin(), name.end());
+}
 
 /// Text of a record's field, up to its zero or its end.
 template <size_t N>

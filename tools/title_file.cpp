@@ -7,13 +7,9 @@
 #include <cstdlib>
 #include <map>
 #include <new>
-#include <optional>
 #include <set>
 #include <stdexcept>
 #include <string_view>
-
-#include <libxml/SAX2.h>
-#include <libxml/parser.h>
 
 #include "tools/input_file.h"
 #include "tools/output_file.h"
@@ -23,60 +19,29 @@
 namespace captionfx {
 namespace {
 
-/// The first of libxml2's errors while it stands; the others follow from it. Nothing is printed.
-struct FirstError {
-    std::string place, reason = "is no XML";
-
-    FirstError() { xmlSetStructuredErrorFunc(this, &Keep); }
-    FirstError(const FirstError&) = delete;
-    FirstError& operator=(const FirstError&) = delete;
-    ~FirstError() { xmlSetStructuredErrorFunc(nullptr, nullptr); }
-
-    static void Keep(void* self, xmlError* error) {
-        auto& first = *static_cast<FirstError*>(self);
-        if (!first.place.empty() || error->message == nullptr) return;
-        first.place = std::to_string(error->line) + ":" + std::to_string(error->int2);
-        first.reason = error->message;
-        while (first.reason.ends_with('\n')) first.reason.pop_back();
-    }
-};
-
-/// The library refuses entities, which can keep a parser busy for hours.
-void RefuseEntity(void* context, const xmlChar* /*name*/, int /*type*/, const xmlChar* /*publicId*/,
-                  const xmlChar* /*systemId*/, xmlChar* /*content*/) {
-    auto* const parser = static_cast<xmlParserCtxt*>(context);
-    auto& error = *static_cast<FirstError*>(parser->_private);
-    error.place = std::to_string(xmlSAX2GetLineNumber(parser)) + ":" + std::to_string(xmlSAX2GetColumnNumber(parser));
-    error.reason = "declares an entity, which no title may";
-    xmlStopParser(parser);
-}
-
 [[noreturn]] void Fail(const std::filesystem::path& path, const std::string& place, const std::string& reason) {
     throw std::runtime_error(path.string() + (place.empty() ? "" : ":" + place) + ": " + reason);
 }
 
 /// Where a fault is: all of a title often stands on one line, so that elements count more than lines.
-std::string PlaceOf(const xmlNode& node, size_t string, size_t item) {
-    std::string place = std::to_string(xmlGetLineNo(&node)) + ": string " + std::to_string(string);
-    if (!IsElement(node, "MetaString")) {
-        place.append(", ").append(reinterpret_cast<const char*>(node.name)).append(" ").append(std::to_string(item));
-    }
+std::string PlaceOf(const TitleNode& node, size_t string, size_t item) {
+    std::string place = node.Line() > 0 ? std::to_string(node.Line()) + ": " : " ";
+    place.append("string ").append(std::to_string(string));
+    if (const std::string name = node.Name(); name != "MetaString")
+        place.append(", ").append(name).append(" ").append(std::to_string(item));
     return place;
 }
 
 /// Every number with a point must be a finite one.
-void CheckNumbers(const std::filesystem::path& path, const xmlNode& node, size_t string, size_t item) {
+void CheckNumbers(const std::filesystem::path& path, const TitleNode& node, size_t string, size_t item) {
     static const std::set<std::string_view> kNumbers{
         "Left",          "Top",       "Width",       "WidthLimit", "RotateDegree", "PathProgress",  "WidthScale",
         "Spacing",       "LineSpace", "BeforeSpace", "AfterSpace", "LeftIndent",   "RightIndent",   "SizeRatio",
         "Ascent",        "Descent",   "IntLead",     "ExtLead",    "StrikeoutPos", "StrikeoutSize", "UnderlinePos",
         "UnderlineSize", "OffsetX",   "OffsetY",     "KeyFrame",   "Height"};
-    for (const xmlAttr* attribute = node.properties; attribute != nullptr; attribute = attribute->next) {
-        const char* const name = reinterpret_cast<const char*>(attribute->name);
-        if (!kNumbers.contains(name)) continue;
-        const std::string text = AttributeOf(&node, name);
-        if (!FiniteNumber(text))
-            Fail(path, PlaceOf(node, string, item), std::string(name) + " '" + text + "' is no finite number");
+    for (const auto& [name, text] : node.Attributes()) {
+        if (kNumbers.contains(name) && !FiniteNumber(text))
+            Fail(path, PlaceOf(node, string, item), name + " '" + text + "' is no finite number");
     }
 }
 
@@ -87,10 +52,10 @@ long Integer(const std::string& text) {
 }
 
 /// Every style index of a character must name an item of its list.
-void CheckStyles(const std::filesystem::path& path, const xmlNode& character, size_t string, size_t item,
+void CheckStyles(const std::filesystem::path& path, const TitleNode& character, size_t string, size_t item,
                  const std::map<std::string, size_t>& counts) {
     for (const auto& [name, count] : counts) {
-        const std::string text = AttributeOf(&character, name.c_str());
+        const std::string text = character.Attribute(name.c_str());
         const long index = Integer(text);
         if (index < 0 || static_cast<size_t>(index) >= count) {
             std::string reason = name;
@@ -100,22 +65,20 @@ void CheckStyles(const std::filesystem::path& path, const xmlNode& character, si
     }
 }
 
-void CheckString(const std::filesystem::path& path, const xmlNode& node, size_t string) {
+void CheckString(const std::filesystem::path& path, const TitleNode& node, size_t string) {
     CheckNumbers(path, node, string, 0);
-    for (const xmlNode* list = node.children; list != nullptr; list = list->next) {
+    for (const TitleNode& list : node.Children()) {
         size_t item = 0;
-        for (const xmlNode* child = list->children; child != nullptr; child = child->next) {
-            if (child->type == XML_ELEMENT_NODE) CheckNumbers(path, *child, string, item++);
-        }
+        for (const TitleNode& child : list.Children()) CheckNumbers(path, child, string, item++);
     }
-    const auto count = [&](const char* list, const char* item) { return ItemsOf(ChildOf(&node, list), item).size(); };
+    const auto count = [&](const char* list, const char* item) { return ItemsOf(ChildOf(node, list), item).size(); };
     const std::map<std::string, size_t> counts{{"FontIndex", count("FontList", "MetaFont")},
                                                {"FaceIndex", count("FaceList", "MetaFace")},
                                                {"BorderIndex", count("BorderList", "MetaBorder")},
                                                {"ShadowIndex", count("ShadowList", "MetaShadow")}};
     size_t item = 0;
-    for (const xmlNode* const character : ItemsOf(ChildOf(&node, "CharList"), "MetaCharacter")) {
-        CheckStyles(path, *character, string, item++, counts);
+    for (const TitleNode& character : ItemsOf(ChildOf(node, "CharList"), "MetaCharacter")) {
+        CheckStyles(path, character, string, item++, counts);
     }
 }
 
@@ -137,15 +100,15 @@ std::string FaceNameOf(const std::string& logFont) {
     return Utf8FromUtf16(name);
 }
 
-FileString FileStringOf(const xmlNode* node) {
+FileString FileStringOf(const TitleNode& node) {
     FileString string;
-    string.keys = KeyframesOf(*node);
+    string.keys = KeyframesOf(node);
     std::vector<std::string> names;
-    for (const xmlNode* const font : ItemsOf(ChildOf(node, "FontList"), "MetaFont")) {
-        names.push_back(FaceNameOf(AttributeOf(font, "LogFont")));
+    for (const TitleNode& font : ItemsOf(ChildOf(node, "FontList"), "MetaFont")) {
+        names.push_back(FaceNameOf(font.Attribute("LogFont")));
     }
-    for (const xmlNode* const character : ItemsOf(ChildOf(node, "CharList"), "MetaCharacter")) {
-        string.faceNames.push_back(names.at(static_cast<size_t>(Integer(AttributeOf(character, "FontIndex")))));
+    for (const TitleNode& character : ItemsOf(ChildOf(node, "CharList"), "MetaCharacter")) {
+        string.faceNames.push_back(names.at(static_cast<size_t>(Integer(character.Attribute("FontIndex")))));
     }
     return string;
 }
@@ -156,66 +119,57 @@ std::string Decimal(float value) {
     return {text.data(), end};
 }
 
-void AddKeyframe(xmlNode* list, const Keyframe& key) {
-    xmlNode* const item = xmlNewChild(list, nullptr, XmlText("MetaPath"), nullptr);
-    xmlNewProp(item, XmlText("KeyFrame"), XmlText(Decimal(key.time).c_str()));
-    xmlNewProp(item, XmlText("PathID"), XmlText(key.effect.c_str()));
-    xmlNewProp(item, XmlText("PathProgress"), XmlText(Decimal(key.progress).c_str()));
+void AddKeyframe(const TitleNode& list, const Keyframe& key) {
+    const TitleNode item = list.AddChild("MetaPath");
+    item.SetAttribute("KeyFrame", Decimal(key.time));
+    item.SetAttribute("PathID", key.effect);
+    item.SetAttribute("PathProgress", Decimal(key.progress));
+}
+
+TitleNode ReadDocument(const std::filesystem::path& path) try {
+    return ReadTitleDocument(ReadWholeFile(path));
+} catch (const TitleTextError& error) {
+    Fail(path, error.Place(), error.what());
 }
 
 }  // namespace
 
-struct TitleFile::Document {
-    std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> Xml;
-};
-
-TitleFile::TitleFile(const std::filesystem::path& path) : path_(path) {
-    const std::string bytes = ReadWholeFile(path);
-    FirstError error;
-    const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser(xmlNewParserCtxt(), &xmlFreeParserCtxt);
-    if (!parser) throw std::bad_alloc();
-    parser->_private = &error;
-    parser->sax->entityDecl = &RefuseEntity;
-    document_ = std::make_shared<const Document>(
-        Document{{xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr,
-                                    XML_PARSE_NONET | XML_PARSE_BIG_LINES),
-                  &xmlFreeDoc}});
-    if (!document_->Xml) Fail(path, error.place, error.reason);
-    const xmlNode* const root = xmlDocGetRootElement(document_->Xml.get());
-    if (!IsElement(*root, "CCaptionFx"))
-        Fail(path, std::to_string(xmlGetLineNo(root)), "is no title: its root is not CCaptionFx");
+TitleFile::TitleFile(const std::filesystem::path& path) : path_(path), root_(ReadDocument(path)) {
+    if (root_.Name() != kTitleRoot) {
+        const std::string line = root_.Line() > 0 ? std::to_string(root_.Line()) : "";
+        Fail(path, line, std::string("is no title: its root is not ") + kTitleRoot);
+    }
     size_t string = 0;
-    for (const xmlNode* const node : StringNodes(document_->Xml.get())) CheckString(path, *node, string++);
+    for (const TitleNode& node : StringNodes(root_)) CheckString(path, node, string++);
 }
 
 void TitleFile::LoadInto(IKVT_CaptionFx& title) const {
-    const int32_t status = title.LoadFromNode(xmlDocGetRootElement(document_->Xml.get()));
-    const auto count = static_cast<int32_t>(StringNodes(document_->Xml.get()).size());
+    const int32_t status = title.LoadFromNode(root_.Handle());
+    const auto count = static_cast<int32_t>(StringNodes(root_).size());
     if (status != kTitleOk || title.GetStringCount() != count) Fail(path_, "", "the library refuses this title");
 }
 
 std::vector<FileString> TitleFile::Strings() const {
     std::vector<FileString> strings;
-    for (const xmlNode* const node : StringNodes(document_->Xml.get())) strings.push_back(FileStringOf(node));
+    for (const TitleNode& node : StringNodes(root_)) strings.push_back(FileStringOf(node));
     return strings;
 }
 
 std::vector<FileString> StringsOf(IKVT_CaptionFx& title) {
-    const TitleDocument document = SavedNodes(title);
     std::vector<FileString> strings;
-    for (const xmlNode* const node : StringNodes(document.get())) strings.push_back(FileStringOf(node));
+    for (const TitleNode& node : StringNodes(SavedNodes(title))) strings.push_back(FileStringOf(node));
     return strings;
 }
 
 void SetKeyframes(IKVT_CaptionFx& title, const std::vector<std::vector<Keyframe>>& keys) {
-    const TitleDocument document = SavedNodes(title);
-    const std::vector<xmlNode*> strings = StringNodes(document.get());
+    const TitleNode root = SavedNodes(title);
+    const std::vector<TitleNode> strings = StringNodes(root);
     for (size_t i = 0; i < keys.size(); ++i) {
-        xmlNode* const list = ChildOf(strings.at(i), "PathList");
-        if (list == nullptr) throw std::bad_alloc();
+        const TitleNode list = ChildOf(strings.at(i), "PathList");
+        if (!list) throw std::bad_alloc();
         for (const Keyframe& key : keys[i]) AddKeyframe(list, key);
     }
-    LoadNodes(title, document.get());
+    LoadNodes(title, root);
 }
 
 std::u16string TitleXml(IKVT_CaptionFx& title) {

@@ -3,13 +3,13 @@
 #pragma once
 
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include <captionfx/caption_fx.h>
 
 #include "tools/argument_values.h"
+#include "tools/title_document.h"
 
 namespace captionfx {
 
@@ -30,10 +30,8 @@ public:
     [[nodiscard]] std::vector<FileString> Strings() const;
 
 private:
-    struct Document;  // of the system's XML library
-
     std::filesystem::path path_;
-    std::shared_ptr<const Document> document_;
+    TitleNode root_;
 };
 
 /// The same of the strings of a title, face names as they are realised here.

@@ -9,34 +9,21 @@
 
 namespace captionfx {
 
-bool IsElement(const xmlNode& node, std::string_view name) {
-    return node.type == XML_ELEMENT_NODE && name == reinterpret_cast<const char*>(node.name);
+TitleNode ChildOf(const TitleNode& parent, std::string_view name) {
+    const std::vector<TitleNode> found = ItemsOf(parent, name);
+    return found.empty() ? TitleNode() : found.front();
 }
 
-xmlNode* ChildOf(const xmlNode* parent, std::string_view name) {
-    xmlNode* child = parent == nullptr ? nullptr : parent->children;
-    while (child != nullptr && !IsElement(*child, name)) child = child->next;
-    return child;
-}
-
-std::vector<xmlNode*> ItemsOf(const xmlNode* list, std::string_view name) {
-    std::vector<xmlNode*> items;
-    for (xmlNode* child = list == nullptr ? nullptr : list->children; child != nullptr; child = child->next) {
-        if (IsElement(*child, name)) items.push_back(child);
-    }
+std::vector<TitleNode> ItemsOf(const TitleNode& list, std::string_view name) {
+    std::vector<TitleNode> items = list.Children();
+    std::erase_if(items, [&](const TitleNode& item) { return item.Name() != name; });
     return items;
 }
 
-std::string AttributeOf(const xmlNode* node, const char* name) {
-    const std::unique_ptr<xmlChar, decltype(xmlFree)> text(xmlGetNoNsProp(node, XmlText(name)), xmlFree);
-    return text ? reinterpret_cast<const char*>(text.get()) : "";
+std::vector<TitleNode> StringNodes(const TitleNode& root) {
+    return ItemsOf(ChildOf(root, "StringList"), "MetaString");
 }
 
-std::vector<xmlNode*> StringNodes(const xmlDoc* document) {
-    return ItemsOf(ChildOf(xmlDocGetRootElement(document), "StringList"), "MetaString");
-}
-
-/// The number that a text begins with, 0 without one; nothing for one that is not finite.
 std::optional<float> FiniteNumber(std::string_view text) {
     float value = 0;
     const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), value);
@@ -44,36 +31,28 @@ std::optional<float> FiniteNumber(std::string_view text) {
     return value;
 }
 
-std::vector<Keyframe> KeyframesOf(const xmlNode& string) {
+std::vector<Keyframe> KeyframesOf(const TitleNode& string) {
     std::vector<Keyframe> keys;
-    for (const xmlNode* const key : ItemsOf(ChildOf(&string, "PathList"), "MetaPath")) {
-        keys.push_back({.time = FiniteNumber(AttributeOf(key, "KeyFrame")).value_or(0.0F),
-                        .effect = AttributeOf(key, "PathID"),
-                        .progress = FiniteNumber(AttributeOf(key, "PathProgress")).value_or(0.0F)});
+    for (const TitleNode& key : ItemsOf(ChildOf(string, "PathList"), "MetaPath")) {
+        keys.push_back({.time = FiniteNumber(key.Attribute("KeyFrame")).value_or(0.0F),
+                        .effect = key.Attribute("PathID"),
+                        .progress = FiniteNumber(key.Attribute("PathProgress")).value_or(0.0F)});
     }
     std::ranges::stable_sort(keys, {}, &Keyframe::time);
     return keys;
 }
 
-TitleDocument EmptyTitleDocument() {
-    TitleDocument document(xmlNewDoc(nullptr));
-    xmlNode* const root = xmlNewDocNode(document.get(), nullptr, XmlText("CCaptionFx"), nullptr);
-    if (root == nullptr) throw std::bad_alloc();
-    xmlDocSetRootElement(document.get(), root);
-    return document;
-}
-
-TitleDocument SavedNodes(IKVT_CaptionFx& title) {
-    TitleDocument document = EmptyTitleDocument();
-    if (title.SaveToNode(xmlDocGetRootElement(document.get())) != kTitleOk ||
-        StringNodes(document.get()).size() != static_cast<size_t>(title.GetStringCount()))
+TitleNode SavedNodes(IKVT_CaptionFx& title) {
+    TitleNode root = MakeTitleDocument(kTitleRoot);
+    if (title.SaveToNode(root.Handle()) != kTitleOk ||
+        StringNodes(root).size() != static_cast<size_t>(title.GetStringCount()))
         throw std::bad_alloc();
-    return document;
+    return root;
 }
 
-void LoadNodes(IKVT_CaptionFx& title, const xmlDoc* document) {
-    if (title.LoadFromNode(xmlDocGetRootElement(document)) != kTitleOk ||
-        static_cast<size_t>(title.GetStringCount()) != StringNodes(document).size())
+void LoadNodes(IKVT_CaptionFx& title, const TitleNode& root) {
+    if (title.LoadFromNode(root.Handle()) != kTitleOk ||
+        static_cast<size_t>(title.GetStringCount()) != StringNodes(root).size())
         throw std::bad_alloc();
 }
 

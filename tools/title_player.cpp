@@ -1,48 +1,28 @@
 #include "tools/title_player.h"
 
 #include <limits>
-#include <new>
 
 #include "tools/title_nodes.h"
 #include "tools/title_setup.h"
 
 namespace captionfx {
-namespace {
-
-/// A string of the title and when it can be seen.
-struct PlayedString {
-    xmlNode* node;
-    float first, last;
-};
-
-PlayedString PlayedStringOf(xmlNode* node) {
-    constexpr float kEver = std::numeric_limits<float>::infinity();
-    const std::vector<Keyframe> keys = KeyframesOf(*node);
-    return keys.empty() ? PlayedString{node, -kEver, kEver} : PlayedString{node, keys.front().time, keys.back().time};
-}
-
-}  // namespace
-
-struct TitlePlayer::Strings {
-    TitleDocument document;
-    std::vector<PlayedString> all;
-};
 
 TitlePlayer::TitlePlayer(IKVT_CaptionFx& title) : title_(title) {
     constexpr int32_t kFew = 12;
     if (title.GetStringCount() <= kFew) return;
-    Strings strings{SavedNodes(title), {}};
-    for (xmlNode* const node : StringNodes(strings.document.get())) strings.all.push_back(PlayedStringOf(node));
-    strings_ = std::make_unique<const Strings>(std::move(strings));
+    constexpr float kEver = std::numeric_limits<float>::infinity();
+    for (const TitleNode& node : StringNodes(SavedNodes(title))) {
+        const std::vector<Keyframe> keys = KeyframesOf(node);
+        strings_.push_back(keys.empty() ? PlayedString{node, -kEver, kEver}
+                                        : PlayedString{node, keys.front().time, keys.back().time});
+    }
 }
 
-TitlePlayer::~TitlePlayer() = default;
-
 void TitlePlayer::Draw(uint32_t* pixels, float time) {
-    if (strings_) {
+    if (!strings_.empty()) {
         std::vector<size_t> seen;
-        for (size_t i = 0; i < strings_->all.size(); ++i) {
-            if (strings_->all[i].first <= time && time <= strings_->all[i].last) seen.push_back(i);
+        for (size_t i = 0; i < strings_.size(); ++i) {
+            if (strings_[i].first <= time && time <= strings_[i].last) seen.push_back(i);
         }
         if (seen != held_) Hold(seen);
     }
@@ -50,13 +30,10 @@ void TitlePlayer::Draw(uint32_t* pixels, float time) {
 }
 
 void TitlePlayer::Hold(const std::vector<size_t>& seen) {
-    const TitleDocument document = EmptyTitleDocument();
-    xmlNode* const list = xmlNewChild(xmlDocGetRootElement(document.get()), nullptr, XmlText("StringList"), nullptr);
-    for (const size_t index : seen) {
-        xmlNode* const copy = xmlDocCopyNode(strings_->all[index].node, document.get(), 1);
-        if (xmlAddChild(list, copy) == nullptr) throw std::bad_alloc();
-    }
-    LoadNodes(title_, document.get());
+    const TitleNode root = MakeTitleDocument(kTitleRoot);
+    const TitleNode list = root.AddChild("StringList");
+    for (const size_t index : seen) list.AddCopy(strings_[index].node);
+    LoadNodes(title_, root);
     held_ = seen;
 }
 

@@ -3,11 +3,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <vector>
 
 #include <captionfx/caption_fx.h>
+
+#include "tools/title_document.h"
 
 namespace captionfx {
 
@@ -20,18 +21,21 @@ public:
     explicit TitlePlayer(IKVT_CaptionFx& title);
     TitlePlayer(const TitlePlayer&) = delete;
     TitlePlayer& operator=(const TitlePlayer&) = delete;
-    ~TitlePlayer();
 
     /// Composites the frame onto `pixels`, all strings in it. Throws std::bad_alloc.
     void Draw(uint32_t* pixels, float time);
 
 private:
-    struct Strings;  // nodes of the system's XML library
+    /// A string of the title and when it can be seen.
+    struct PlayedString {
+        TitleNode node;
+        float first, last;
+    };
 
     void Hold(const std::vector<size_t>& seen);
 
     IKVT_CaptionFx& title_;
-    std::unique_ptr<const Strings> strings_;  // null for a title of few
+    std::vector<PlayedString> strings_;  // none for a title of few
     std::optional<std::vector<size_t>>
         held_;  // by index, once some were loaded: what was saved differs by a file's decimals
 };

@@ -24,6 +24,7 @@
 //   * Results: an operation that returns a status returns one of the kTitle... codes below; all failures are negative.
 //   * Ownership: every pointer that is passed in stays the caller's and is not kept after the call.
 //   * Threads: one call at a time on one title. Different titles may be used on different threads at once.
+//   * Windows: to insert or delete text, and to load or save titles, the thread needs COM; without it these fail.
 //   * Nothing is thrown across this interface.
 #ifndef CAPTIONFX_CAPTION_FX_H
 #define CAPTIONFX_CAPTION_FX_H

@@ -75,7 +75,8 @@ public:
     /// Calls `visit` once or more for each available family name, as they are found in LogFont::lfFaceName.
     virtual void EnumerateFamilies(const std::function<void(std::u16string_view)>& visit) = 0;
 
-    /// The system's default font; its face is one of the enumerated ones unless there is no font at all.
+    /// The system's default font; its face is one of the enumerated ones, or an alias that Realise knows, unless there
+    /// is no font at all.
     [[nodiscard]] virtual LogFont DefaultGuiFont() = 0;
 
     /// The font that best answers a request; never null. An unknown face is answered by the default one. Cheap for a

@@ -1,28 +1,15 @@
 // The shared library as a host loads it, beside an image utility of the host's own and without one.
-#include <dlfcn.h>
 #include <string>
 #include <vector>
 
 #include <captionfx/caption_fx.h>
 #include <gtest/gtest.h>
 
+#include "support/loaded_library.h"
+
 namespace {
 
-struct Library {
-    explicit Library(const std::string& path) : handle(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {}
-    ~Library() {
-        if (handle != nullptr) dlclose(handle);
-    }
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
-
-    template <class Function>
-    Function* Find(const char* name) const {
-        return reinterpret_cast<Function*>(dlsym(handle, name));
-    }
-
-    void* handle;
-};
+using captionfx::test::LoadedLibrary;
 
 std::vector<uint32_t> FrameOf(IKVT_CaptionFx& title) {
     title.AddString();
@@ -47,10 +34,9 @@ TEST(LibraryTest, MakesAndReleasesTitles) {
 
 TEST(LibraryTest, TakesTheImageUtilityThatLiesBesideIt) {
     const std::string folder = CAPTIONFX_LIBRARY_BESIDE_MODULE;
-    const Library module(folder + "/libImageUtility.so");
-    const Library library(folder + "/libcaptionfx.so");
-    ASSERT_NE(module.handle, nullptr) << dlerror();
-    ASSERT_NE(library.handle, nullptr) << dlerror();
+    const LoadedLibrary module(folder, "ImageUtility"), library(folder, "captionfx");
+    ASSERT_TRUE(module.IsLoaded());
+    ASSERT_TRUE(library.IsLoaded());
     auto* const count = module.Find<int()>("CountAttachedAndReleased");
     IKVT_CaptionFx* const title = library.Find<IKVT_CaptionFx*()>("GetTitleHost")();
     EXPECT_EQ(count(), 10) << "attached once";

@@ -4,10 +4,10 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <libxml/parser.h>
-#include <libxml/tree.h>
 
+#include "platform/utf16.h"
 #include "support/fake_platform.h"
+#include "support/host_xml.h"
 #include "support/title_text.h"
 
 namespace captionfx::test {
@@ -127,7 +127,7 @@ TEST(TitleXmlTest, FailuresAreLoggedAndLeaveAnEmptyTitle) {
         return (folder / name).u16string();
     };
     const std::u16string good = file("good.xml", "<CCaptionFx><StringList><MetaString/></StringList></CCaptionFx>");
-    const std::string at = folder.string();
+    const auto at = [&](const char16_t* name) { return Utf8Of((folder / name).u16string()); };
     const std::string line = "KVT_Title2: Failed to load title from file ";
     const std::string fromBuffer = "KVT_Title2: Failed to load title from buffer!";
     const struct {
@@ -141,20 +141,20 @@ TEST(TitleXmlTest, FailuresAreLoggedAndLeaveAnEmptyTitle) {
         {[](auto& t) { return t.SaveToFile(u""); }, kTitleInvalidArgument, 1,
          "KVT_Title2: Failed to save title to file !"},
         {[&](auto& t) { return t.SaveToFile(folder.u16string().c_str()); }, kTitleFailure, 1,
-         "KVT_Title2: Failed to save title to file " + at + "!"},
+         "KVT_Title2: Failed to save title to file " + Utf8Of(folder.u16string()) + "!"},
         {[](auto& t) { return t.LoadFromBuffer(u""); }, kTitleFailure, 0, fromBuffer},
         {[](auto& t) { return t.LoadFromBuffer(u"<CCaptionFx><StringList></CCaptionFx>"); }, kTitleFailure, 0,
          fromBuffer},
         {[](auto& t) { return t.LoadFromBuffer(u"<CCaptionFx a='\xD800'/>"); }, kTitleFailure, 0, fromBuffer},
         {[](auto& t) { return t.LoadFromBuffer(u"<!DOCTYPE c [<!ENTITY e 'x'>]><CCaptionFx a='&e;'/>"); },
          kTitleFailure, 0, fromBuffer},
-        {[&](auto& t) { return t.LoadFromFile((folder / "none\u00e9.xml").u16string().c_str()); }, kTitleFailure, 0,
-         line + at + "/none\u00e9.xml!"},
+        {[&](auto& t) { return t.LoadFromFile((folder / u"none\u00e9.xml").u16string().c_str()); }, kTitleFailure, 0,
+         line + at(u"none\u00e9.xml") + "!"},
         {[&](auto& t) { return t.LoadFromFile(good.c_str()); }, kTitleOk, 1, ""},
         {[&](auto& t) {
              return t.LoadFromFile(file("odd.xml", "<?xml version='1.0' encoding='x-none'?><CCaptionFx/>").c_str());
          },
-         kTitleFailure, 0, line + at + "/odd.xml!"},
+         kTitleFailure, 0, line + at(u"odd.xml") + "!"},
         {[&](auto& t) {
              return t.LoadFromFile(
                  file("latin.xml", "<?xml version='1.0' encoding='ISO-8859-1'?><CCaptionFx a='\xE9'/>").c_str());
@@ -247,20 +247,16 @@ TEST(TitleXmlTest, ElementsOfAHostCarryTitles) {
     TestTitle title, other;
     title.Add(u"ab");
     other.Add(u"Z");
-    const std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> document(xmlNewDoc(nullptr), &xmlFreeDoc);
-    xmlNode* const element = xmlNewDocNode(document.get(), nullptr, reinterpret_cast<const xmlChar*>("Host"), nullptr);
-    xmlDocSetRootElement(document.get(), element);
-    ASSERT_EQ(title.Title.SaveToNode(element), kTitleOk);
-    ASSERT_NE(element->children, nullptr);
-    EXPECT_STREQ(reinterpret_cast<const char*>(element->children->name), "StringList");
-    EXPECT_EQ(element->children->next, nullptr);
-    ASSERT_EQ(other.Title.LoadFromNode(element), kTitleOk);
+    const HostXml host;
+    ASSERT_EQ(title.Title.SaveToNode(host.Element()), kTitleOk);
+    ASSERT_THAT(host.ChildNames(), ElementsAre("StringList"));
+    ASSERT_EQ(other.Title.LoadFromNode(host.Element()), kTitleOk);
     EXPECT_EQ(SavedText(other.Title), SavedText(title.Title));
 
     // The status tells whether the element could be read, not what was in it.
-    EXPECT_EQ(other.Title.LoadFromNode(element->children), kTitleOk) << "no list in there";
+    EXPECT_EQ(other.Title.LoadFromNode(host.FirstChild()), kTitleOk) << "no list in there";
     EXPECT_EQ(other.Title.GetStringCount(), 0);
-    EXPECT_EQ(other.Title.SaveToNode(document.get()), kTitleOk) << "no element, nothing to write to";
+    EXPECT_EQ(other.Title.SaveToNode(host.Document()), kTitleOk) << "no element, nothing to write to";
     EXPECT_EQ(other.Title.SaveToNode(nullptr), kTitleInvalidArgument);
 }
 

@@ -1,28 +1,15 @@
 // Values as attribute text, in a host's locale that writes commas.
 #include "persist/xml_helper.h"
 
-#include <clocale>
 #include <cmath>
-#include <cstdlib>
 
 #include <gtest/gtest.h>
 
 #include "host/caption_fx.h"
+#include "support/comma_locale.h"
 
 namespace captionfx::test {
 namespace {
-
-/// A host that prints 0.5 as 0,5, until it ends.
-class CommaLocale {
-public:
-    CommaLocale() {
-        ::setenv("LOCPATH", CAPTIONFX_TEST_LOCALES, 1);
-        EXPECT_NE(std::setlocale(LC_ALL, "de_DE.utf8"), nullptr) << "tests/CMakeLists.txt makes it";
-    }
-    CommaLocale(const CommaLocale&) = delete;
-    CommaLocale& operator=(const CommaLocale&) = delete;
-    ~CommaLocale() { std::setlocale(LC_ALL, "C"); }
-};
 
 class XmlHelperTest : public ::testing::Test {
 protected:

@@ -59,7 +59,7 @@ TEST_F(CommandLine, WrongArgumentsGiveOneLineThatNamesThemAndNoFile) {
         {{"--frame", "0x10"}, "--frame"},
         {{"--frame", "10x10x10"}, "--frame"},
         {{"--frame", "4294967297x1"}, "--frame"},
-        {{"--font", "two\nlines\r\nand \x80, a byte that is no text"}, "--font"},
+        {{"--font", "two\nlines\r\nand more than thirty-one characters"}, "--font"},
         {{"--effect", "wipe-off"}, "captionfx effects"},
         {{"--color", "red"}, "--color"},
         {{"--background", "12345"}, "--background"},
@@ -74,7 +74,6 @@ TEST_F(CommandLine, WrongArgumentsGiveOneLineThatNamesThemAndNoFile) {
         {{"show"}, "title"},
         {{"render", "--text", "a"}, "--output"},
         {{"render", "-o", out}, "--text"},
-        {{"render", "-o", out, "--text", "\xFF\xFE"}, "--text"},
         {{"render", "a.xml", "--text", "a", "-o", out}, "a.xml"},
         {{"render", "--text", "a", "--from", "1", "--to", "1", "--fps", "5", "-o", "%d.png"}, "--to"},
         {{"render", "--text", "a", "--from", "1", "--to", "2", "--fps", "5", "-o", out}, "%04d"},
@@ -93,6 +92,30 @@ TEST_F(CommandLine, WrongArgumentsGiveOneLineThatNamesThemAndNoFile) {
         EXPECT_THAT(result.errors, HasSubstr("--help"));
         EXPECT_FALSE(std::filesystem::exists(Picture()));
     }
+}
+
+TEST_F(CommandLine, BytesThatAreNoTextAreRefused) {
+    for (const char* const option : {"--font", "--text"}) {
+        const ProcessResult result = Render({option, "\xFF\xFE"});
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ(result.ErrorLines(), 1) << result.errors;
+        EXPECT_THAT(result.errors, HasSubstr(option));
+    }
+}
+
+TEST_F(CommandLine, NamesOfFilesAreUtf8) {
+    const std::filesystem::path folder = scratch_.Path() / u8"gr\u00F6\u00DFe \u4E16";
+    const std::string name = folder.string();
+    ASSERT_EQ(name.substr(name.size() - 11),
+              "gr\xC3\xB6\xC3\x9F"
+              "e \xE4\xB8\x96");
+    std::filesystem::create_directory(folder);
+    const std::string pictures = name + "/%d.png";
+    EXPECT_EQ(Run({"render", "--text", "Hi", "--frame", "64x48", "-o", pictures, "--to", "0.04", "--quiet"}).errors,
+              "");
+    EXPECT_EQ(Render({"--save", name + "/t.xml"}).errors, "");
+    EXPECT_TRUE(std::filesystem::exists(folder / "0.png"));
+    EXPECT_THAT(Run({"show", name + "/t.xml"}).output, StartsWith(name));
 }
 
 TEST_F(CommandLine, TextIsTakenAsItIs) {

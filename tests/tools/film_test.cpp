@@ -134,21 +134,6 @@ TEST_F(FilmTest, GifHasWholePixelsAndSaysSo) {
     EXPECT_THAT(Render("b.gif", {"--to", "0.2", "--background", "000000"}).errors, Not(HasSubstr("half-transparent")));
 }
 
-TEST_F(FilmTest, PipesGetRawFrames) {
-    std::string raw;
-    for (const auto& frame : Pictures()) raw.append(reinterpret_cast<const char*>(frame.data()), frame.size() * 4);
-    const auto toPipe = [&](const char* format) {
-        return Run({"render", "--text", "Mg", "--size", "40", "--frame", "96x64", "--key", "0:PATH_FADE:0.3", "--key",
-                    "1:PATH_FADE:1", "--fps", "5", "-o", "-"},
-                   format == std::string("y4m") ? std::vector<std::string>{"--format", format, "--background", "000000"}
-                                                : std::vector<std::string>{"--format", format});
-    };
-    EXPECT_TRUE(toPipe("bgra").output == raw);
-    const std::string y4m = toPipe("y4m").output;
-    EXPECT_THAT(y4m, testing::StartsWith("YUV4MPEG2 W96 H64 F5:1 Ip A1:1 C420"));
-    EXPECT_EQ(y4m.size(), y4m.find('\n') + 1 + kCount * (6 + kWidth * kHeight * 3 / 2)) << "FRAME and 4:2:0 planes";
-}
-
 // Two strings that rest together and one that rests in two effects: the library's kept frame would show the last string
 // alone, or as the first effect left it.
 TEST_F(FilmTest, FramesDoNotDependOnTheFramesBeforeNorOnTheThreads) {

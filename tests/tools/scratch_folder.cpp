@@ -1,16 +1,18 @@
 #include "tests/tools/scratch_folder.h"
 
-#include <cerrno>
-#include <cstdlib>
-#include <string>
-#include <system_error>
+#include <array>
+#include <cstdio>
+#include <random>
 
 namespace captionfx {
 
 ScratchFolder::ScratchFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "captionfx-test-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) throw std::system_error(errno, std::generic_category(), name);
-    path_ = name;
+    std::random_device random;
+    do {
+        std::array<char, 40> name{};
+        std::snprintf(name.data(), name.size(), "captionfx-test-%08x%08x", random(), random());
+        path_ = std::filesystem::temp_directory_path() / name.data();
+    } while (!std::filesystem::create_directory(path_));
 }
 
 ScratchFolder::~ScratchFolder() {

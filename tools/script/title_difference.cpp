@@ -1,7 +1,6 @@
 #include "tools/script/title_difference.h"
 
 #include <cstddef>
-#include <string_view>
 #include <utility>
 
 #include "tools/title_nodes.h"
@@ -9,16 +8,13 @@
 namespace captionfx {
 namespace {
 
-void AddTags(const xmlNode& node, std::vector<XmlTag>& tags) {
-    XmlTag tag{.name = reinterpret_cast<const char*>(node.name), .attributes = {}};
-    for (const xmlAttr* attribute = node.properties; attribute != nullptr; attribute = attribute->next) {
-        const char* const name = reinterpret_cast<const char*>(attribute->name);
-        if (name != std::string_view("Index")) tag.attributes[name] = AttributeOf(&node, name);
+void AddTags(const TitleNode& node, std::vector<XmlTag>& tags) {
+    XmlTag tag{.name = node.Name(), .attributes = {}};
+    for (const auto& [name, value] : node.Attributes()) {
+        if (name != "Index") tag.attributes[name] = value;
     }
     tags.push_back(std::move(tag));
-    for (const xmlNode* child = node.children; child != nullptr; child = child->next) {
-        if (child->type == XML_ELEMENT_NODE) AddTags(*child, tags);
-    }
+    for (const TitleNode& child : node.Children()) AddTags(child, tags);
 }
 
 /// How often each element is there, the second title's counted down.
@@ -32,9 +28,8 @@ std::map<std::string, int> CountDifferences(const std::vector<XmlTag>& a, const 
 }  // namespace
 
 std::vector<std::vector<XmlTag>> TagsByString(IKVT_CaptionFx& title) {
-    const TitleDocument document = SavedNodes(title);
     std::vector<std::vector<XmlTag>> strings;
-    for (const xmlNode* const node : StringNodes(document.get())) AddTags(*node, strings.emplace_back());
+    for (const TitleNode& node : StringNodes(SavedNodes(title))) AddTags(node, strings.emplace_back());
     return strings;
 }
 

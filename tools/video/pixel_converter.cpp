@@ -27,18 +27,15 @@ int IsFullRange(AVPixelFormat format, const ColorTags& color) {
 
 }  // namespace
 
-PixelConverter::PixelConverter(FrameSize fromSize, AVPixelFormat from, FrameSize toSize, AVPixelFormat to,
-                               const ColorTags& color) {
-    const bool shrinks = toSize.width < fromSize.width || toSize.height < fromSize.height;
-    const int flags =
-        (shrinks ? SWS_AREA : SWS_BICUBIC) | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT | SWS_FULL_CHR_H_INP | SWS_BITEXACT;
-    scaler_.reset(sws_getContext(fromSize.width, fromSize.height, from, toSize.width, toSize.height, to, flags, nullptr,
-                                 nullptr, nullptr));
+PixelConverter::PixelConverter(FrameSize size, AVPixelFormat from, AVPixelFormat to, const ColorTags& color) {
+    constexpr int kFlags = SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT | SWS_FULL_CHR_H_INP | SWS_BITEXACT;
+    scaler_.reset(
+        sws_getContext(size.width, size.height, from, size.width, size.height, to, kFlags, nullptr, nullptr, nullptr));
     if (!scaler_)
         throw std::runtime_error(std::string("pixels of the format ") + av_get_pix_fmt_name(from) +
                                  " cannot be converted to " + av_get_pix_fmt_name(to));
     constexpr int kNoChange = 1 << 16;
-    const int* const coefficients = Coefficients(color.matrix, fromSize.height);
+    const int* const coefficients = Coefficients(color.matrix, size.height);
     sws_setColorspaceDetails(scaler_.get(), coefficients, IsFullRange(from, color), coefficients,
                              IsFullRange(to, color), 0, kNoChange, kNoChange);
 }

@@ -18,12 +18,12 @@ struct ColorTags {
     AVChromaLocation chroma = AVCHROMA_LOC_LEFT;
 };
 
-/// Converts pictures from one format, and one size, to another. YUV on either side follows the tags; a video that does
-/// not name its matrix has the customary one of its height.
+/// Converts pictures from one format to another. YUV on either side follows the tags; a video that does not name its
+/// matrix has the customary one of its height.
 class PixelConverter {
 public:
     /// Throws std::runtime_error where the formats cannot be converted.
-    PixelConverter(FrameSize fromSize, AVPixelFormat from, FrameSize toSize, AVPixelFormat to, const ColorTags& color);
+    PixelConverter(FrameSize size, AVPixelFormat from, AVPixelFormat to, const ColorTags& color);
 
     /// `to` has room for the picture. Its properties, such as its time, are left alone.
     void Convert(const AVFrame& from, AVFrame& to);

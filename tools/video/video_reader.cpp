@@ -60,7 +60,7 @@ void VideoReader::ReadColor() {
               .chroma = frame_->chroma_location};
     const auto format = static_cast<AVPixelFormat>(frame_->format);
     if (color_.matrix == AVCOL_SPC_RGB) color_ = {};
-    converter_.emplace(Size(), format, Size(), AV_PIX_FMT_BGRA, color_);
+    converter_.emplace(Size(), format, AV_PIX_FMT_BGRA, color_);
 }
 
 AVRational VideoReader::FrameRate() const {

@@ -88,7 +88,7 @@ void VideoWriter::OpenEncoder(const VideoSetup& setup) {
     if (encoder.pix_fmt == AV_PIX_FMT_PAL8) {
         palette_ = std::make_unique<PaletteFilter>(setup.size, setup.timeBase);
     } else if (encoder.pix_fmt != AV_PIX_FMT_BGRA) {
-        converter_.emplace(setup.size, AV_PIX_FMT_BGRA, setup.size, encoder.pix_fmt, setup.color);
+        converter_.emplace(setup.size, AV_PIX_FMT_BGRA, encoder.pix_fmt, setup.color);
         picture_ = MakePicture(setup.size, encoder.pix_fmt);
         // Some encoders look here and not at their own settings.
         picture_->color_range = setup.color.range;

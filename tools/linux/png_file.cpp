@@ -10,6 +10,7 @@
 #include <string>
 #include <system_error>
 
+#include "tools/file_stream.h"
 #include "tools/output_file.h"
 
 namespace captionfx {
@@ -58,7 +59,7 @@ void WritePng(const fs::path& path, std::span<const uint32_t> pixels, int32_t wi
 }
 
 PngImage ReadPng(const fs::path& path) {
-    const FileHandle file(std::fopen(path.c_str(), "rb"));
+    const FileHandle file(OpenForReading(path));
     if (!file) Fail("cannot read", path, LastError());
     Transfer transfer;
     if (png_image_begin_read_from_stdio(&transfer.image, file.get()) == 0)
