@@ -23,14 +23,15 @@
 namespace captionfx {
 namespace {
 
-/// The first of libxml2's errors while it stands; the others follow from it. Nothing is printed.
+/// The first of libxml2's errors while it stands; the others follow from it. Nothing is printed. The handler is one of
+/// the whole thread, which may be that of a program with XML of its own: it gets its handler back.
 struct FirstError {
     std::string place, reason = "is no XML";
 
     FirstError() { xmlSetStructuredErrorFunc(this, &Keep); }
     FirstError(const FirstError&) = delete;
     FirstError& operator=(const FirstError&) = delete;
-    ~FirstError() { xmlSetStructuredErrorFunc(nullptr, nullptr); }
+    ~FirstError() { xmlSetStructuredErrorFunc(formerContext_, formerHandler_); }
 
     static void Keep(void* self, xmlError* error) {
         auto& first = *static_cast<FirstError*>(self);
@@ -39,6 +40,10 @@ struct FirstError {
         first.reason = error->message;
         while (first.reason.ends_with('\n')) first.reason.pop_back();
     }
+
+private:
+    void* const formerContext_ = xmlStructuredErrorContext;
+    const xmlStructuredErrorFunc formerHandler_ = xmlStructuredError;
 };
 
 /// The library refuses entities, which can keep a parser busy for hours.
