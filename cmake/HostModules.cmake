@@ -23,3 +23,6 @@ cmake_dependent_option(CAPTIONFX_PLUGINS "Build the plugins for frei0r and GStre
 if(CAPTIONFX_PLUGINS AND FREI0R_FOUND)
     add_subdirectory(plugins/frei0r)
 endif()
+if(CAPTIONFX_PLUGINS AND GSTREAMER_FOUND)
+    add_subdirectory(plugins/gstreamer)
+endif()

@@ -1,0 +1,7 @@
+// The GStreamer element `captionfxoverlay`: a filter that draws a title onto the frames that pass, in place.
+#pragma once
+
+#include <gst/video/gstvideofilter.h>
+
+/// Its type, for the registry.
+GType captionfx_overlay_get_type();
