@@ -7,6 +7,7 @@ source "$(dirname "${BASH_SOURCE[0]}")/pages.sh"
 enter_copy "$1" "$2"
 
 run_page docs/host-in-c.md
+expect_title_on out/film.mp4 out/titled.mp4 examples/titles/lower_third.xml 1280x720
 
 # What the C host saved is drawn by the tool as the C host drew it: its sizes are parts of the em that the six decimals of
 # a file hold to the last bit.

@@ -8,6 +8,7 @@ source "$(dirname "${BASH_SOURCE[0]}")/pages.sh"
 enter_copy "$1" "$2"
 
 run_page docs/frei0r.md
+for titled in titled melted; do expect_title_on out/film.mp4 "out/$titled.mp4" examples/hello.json 320x180; done
 
 export FREI0R_PATH=$PWD/out/captionfx/lib/frei0r-1
 title=examples/showcase.json

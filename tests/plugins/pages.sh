@@ -36,6 +36,23 @@ expect_equal() {
     cmp "$2" "$3" || { echo "$1: the frames differ"; exit 1; }
 }
 
+# likeness VIDEO RAW FRAME: how near a video comes to raw frames, dB; 100 where they are equal.
+likeness() {
+    ffmpeg -nostdin -i "$1" -f rawvideo -pix_fmt bgra -video_size "$3" -i "$2" \
+        -lavfi '[0]format=bgra,settb=1/25,setpts=N[video];[1]settb=1/25,setpts=N[frames];[video][frames]psnr' -f null - 2>&1 |
+        sed -n 's/.*PSNR.* average:\([0-9]*\|inf\).*/\1/p' | sed 's/inf/100/'
+}
+
+# expect_title_on FILM TITLED TITLE FRAME: an encoded film shows the title as the tool puts it on the film: not to the
+# byte, since encoders lose, but nearer than the film without it. Encoded without a title it would be farther.
+expect_title_on() {
+    local with without
+    tool_frames out/wanted.frames "$3" --over "$1"
+    with=$(likeness "$2" out/wanted.frames "$4")
+    without=$(likeness "$1" out/wanted.frames "$4")
+    ((with > without)) || { echo "$2 does not show $3 on $1: $with dB, without it $without dB"; exit 1; }
+}
+
 # expect_failure CODE TEXT COMMAND...: the command fails with that code, and says TEXT in one of its lines.
 expect_failure() {
     local wanted=$1 text=$2 status=0 said

@@ -8,6 +8,7 @@ enter_copy "$1" "$2"
 PATH=$(dirname "$3"):$PATH
 
 run_page docs/python.md
+expect_title_on out/film.mp4 out/titled.mp4 examples/hello.json 320x180
 
 # The program of the page, and the same over the same ground by the tool.
 awk '/^```python$/ { on = 1; next } /^```/ { on = 0 } on' docs/python.md > out/program.py
