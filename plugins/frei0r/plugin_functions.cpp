@@ -10,6 +10,18 @@
 
 using captionfx::TitleInstance;
 
+f0r_plugin_info_t captionfx::Description(const char* name, int type, const char* explanation) {
+    return {.name = name,
+            .author = "The CaptionFx developers",
+            .plugin_type = type,
+            .color_model = F0R_COLOR_MODEL_BGRA8888,
+            .frei0r_version = FREI0R_MAJOR_VERSION,
+            .major_version = 0,
+            .minor_version = 1,
+            .num_params = kParameterCount,
+            .explanation = explanation};
+}
+
 int f0r_init() {
     return 1;
 }
@@ -43,15 +55,15 @@ void f0r_destruct(f0r_instance_t instance) {
     const std::unique_ptr<TitleInstance> ended(static_cast<TitleInstance*>(instance));
 }
 
-void f0r_set_param_value(f0r_instance_t instance, f0r_param_t value, int index) {
+void f0r_set_param_value(f0r_instance_t instance, f0r_param_t param, int index) {
     auto& title = *static_cast<TitleInstance*>(instance);
-    if (index == captionfx::kFileParameter) title.SetFile(*static_cast<f0r_param_string*>(value));
-    if (index == captionfx::kTimeScaleParameter) title.SetTimeScale(*static_cast<f0r_param_double*>(value));
+    if (index == captionfx::kFileParameter) title.SetFile(*static_cast<f0r_param_string*>(param));
+    if (index == captionfx::kTimeScaleParameter) title.SetTimeScale(*static_cast<f0r_param_double*>(param));
 }
 
-void f0r_get_param_value(f0r_instance_t instance, f0r_param_t value, int index) {
+void f0r_get_param_value(f0r_instance_t instance, f0r_param_t param, int index) {
     const auto& title = *static_cast<TitleInstance*>(instance);
     // The interface's string is not const; its text stays the plugin's.
-    if (index == captionfx::kFileParameter) *static_cast<const char**>(value) = title.File().c_str();
-    if (index == captionfx::kTimeScaleParameter) *static_cast<f0r_param_double*>(value) = title.TimeScale();
+    if (index == captionfx::kFileParameter) *static_cast<const char**>(param) = title.File().c_str();
+    if (index == captionfx::kTimeScaleParameter) *static_cast<f0r_param_double*>(param) = title.TimeScale();
 }

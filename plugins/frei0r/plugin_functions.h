@@ -9,7 +9,8 @@ namespace captionfx {
 
 inline constexpr int kFileParameter = 0, kTimeScaleParameter = 1, kParameterCount = 2;
 
-/// Bytes of pixels lie in memory as blue, green, red, alpha, which is how the library draws.
-inline constexpr int kColorModel = F0R_COLOR_MODEL_BGRA8888;
+/// What one of our plugins tells of itself. Its pixels lie in memory as blue, green, red, alpha, which is how the
+/// library draws.
+[[nodiscard]] f0r_plugin_info_t Description(const char* name, int type, const char* explanation);
 
 }  // namespace captionfx

@@ -136,8 +136,9 @@ void Finalize(GObject* object) {
 
 /// Before the first frame is there, so that a pipeline with a bad title does not even start.
 gboolean Start(GstBaseTransform* transform) {
-    return Guarded(OverlayOf(transform),
-                   [](OverlayTitle& title) { title.Prepare(std::nullopt, captionfx::PixelOrder::kBgra); });
+    const bool isGood = Guarded(OverlayOf(transform),
+                                [](OverlayTitle& title) { title.Prepare(std::nullopt, captionfx::PixelOrder::kBgra); });
+    return isGood ? TRUE : FALSE;
 }
 
 /// The library's YUV is that of BT.601 in studio range.
@@ -155,9 +156,10 @@ gboolean SetInfo(GstVideoFilter* filter, GstCaps* /*inCaps*/, GstVideoInfo* in, 
     const bool isVuya = GST_VIDEO_INFO_FORMAT(in) == GST_VIDEO_FORMAT_VUYA;
     if (isVuya) WarnOfColors(OverlayOf(filter), *in);
     const captionfx::FrameSize frame{GST_VIDEO_INFO_WIDTH(in), GST_VIDEO_INFO_HEIGHT(in)};
-    return Guarded(OverlayOf(filter), [&](OverlayTitle& title) {
+    const bool isGood = Guarded(OverlayOf(filter), [&](OverlayTitle& title) {
         title.Prepare(frame, isVuya ? captionfx::PixelOrder::kVuya : captionfx::PixelOrder::kBgra);
     });
+    return isGood ? TRUE : FALSE;
 }
 
 /// The position in the stream, which a seek or a cut does not change; 0 for frames without a time.

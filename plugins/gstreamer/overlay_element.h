@@ -4,4 +4,5 @@
 #include <gst/video/gstvideofilter.h>
 
 /// Its type, for the registry.
+// NOLINTNEXTLINE(readability-identifier-naming): G_DEFINE_TYPE gives it this name
 GType captionfx_overlay_get_type();

@@ -3,8 +3,6 @@
 
 #include "plugins/gstreamer/overlay_element.h"
 
-#define PACKAGE "captionfx"  // GST_PLUGIN_DEFINE takes it by this name
-
 namespace {
 
 gboolean RegisterElements(GstPlugin* plugin) {

@@ -40,3 +40,5 @@ fails 255 "captionfxoverlay0: missing.json: cannot be opened: No such file or di
 fails 255 "captionfxoverlay0: out/damaged.xml:" location=out/damaged.xml
 fails 255 "captionfxoverlay0: 'location' and 'script' are both set" "location=$title" script=x
 fails 255 "captionfxoverlay0: 1:1: the key 'strings' is missing" script={}
+expect_failure 1 "captionfxoverlay0 can't handle caps" \
+    gst-launch-1.0 -q videotestsrc ! video/x-raw,format=NV12 ! captionfxoverlay ! fakesink
