@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <system_error>
 
+#include "tools/script/effect_names.h"
 #include "tools/text_encoding.h"
 
 namespace captionfx {
@@ -73,9 +74,7 @@ std::optional<std::u16string> ParseFontName(std::string_view text) {
 }
 
 std::optional<std::string> ParseEffectName(std::string_view text) {
-    constexpr size_t kLongestName = 259;
-    if (text.empty() || text.size() > kLongestName) return std::nullopt;
-    return std::string(text);
+    return EffectOfName(text);
 }
 
 std::optional<Keyframe> ParseKeyframe(std::string_view text) {
@@ -84,8 +83,7 @@ std::optional<Keyframe> ParseKeyframe(std::string_view text) {
     const auto time = ParseNumber(text.substr(0, first));
     const auto effect = ParseEffectName(text.substr(first + 1, last - first - 1));
     const auto progress = ParseNumber(text.substr(last + 1));
-    const auto isPrintable = [](char c) { return c > ' ' && c <= '~'; };
-    if (!time || !effect || !progress || !std::ranges::all_of(*effect, isPrintable)) return std::nullopt;
+    if (!time || !effect || !progress) return std::nullopt;
     return Keyframe{*time, *effect, *progress};
 }
 

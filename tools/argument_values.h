@@ -58,10 +58,10 @@ struct Rgb {
 /// Font name, 1 to 31 UTF-16 units, from UTF-8.
 [[nodiscard]] std::optional<std::u16string> ParseFontName(std::string_view text);
 
-/// Effect name, 1 to 259 bytes.
+/// An effect of the list, by its own name or the readable one; the name that the library knows.
 [[nodiscard]] std::optional<std::string> ParseEffectName(std::string_view text);
 
-/// "TIME:EFFECT:PROGRESS", such as "0.5:PATH_FADE:1"; an effect name of printable ASCII.
+/// "TIME:EFFECT:PROGRESS", such as "0.5:fade:1" or "0.5:PATH_FADE:1".
 [[nodiscard]] std::optional<Keyframe> ParseKeyframe(std::string_view text);
 
 /// Frames a second, such as 25 or 30000/1001: above 0, up to 1000.

@@ -13,7 +13,7 @@ _captionfx() {
     COMPREPLY=()
     local words
     case $before in
-        --effect) words=$("$tool" effects 2> /dev/null | awk 'NR > 1 { print $1 }') ;;
+        --effect) words=$("$tool" effects 2> /dev/null | awk 'NR > 1 { print $1, $5 }') ;;
         --class) words=$("$tool" effects 2> /dev/null | awk 'NR > 1 { print $2 }' | sort --unique) ;;
         --format) words='animation bgra prores y4m' ;;
         --font)

@@ -13,6 +13,7 @@
 #include "tools/effect_sheet.h"
 #include "tools/option_value.h"
 #include "tools/png_file.h"
+#include "tools/script/effect_names.h"
 
 namespace captionfx {
 namespace {
@@ -42,14 +43,16 @@ void List(const std::vector<EffectInfo>& effects) {
         nameWidth = std::max(nameWidth, effect.name.size());
         classWidth = std::max(classWidth, effect.effectClass.size());
     }
-    const auto line = [&](std::string_view name, std::string_view effectClass, const auto& passes, const char* image) {
+    const auto line = [&](std::string_view name, std::string_view effectClass, const auto& passes, const char* image,
+                          std::string_view readable) {
         std::cout << std::left << std::setw(static_cast<int>(nameWidth) + 2) << name
-                  << std::setw(static_cast<int>(classWidth) + 2) << effectClass << std::setw(8) << passes << image
-                  << '\n';
+                  << std::setw(static_cast<int>(classWidth) + 2) << effectClass << std::setw(8) << passes
+                  << std::setw(13) << image << readable << '\n';
     };
-    line("NAME", "CLASS", "PASSES", "IMAGE-BASED");
+    line("NAME", "CLASS", "PASSES", "IMAGE-BASED", "IN SCRIPTS");
     for (const EffectInfo& effect : effects) {
-        line(effect.name, effect.effectClass, effect.passes, effect.isImageBased ? "yes" : "no");
+        line(effect.name, effect.effectClass, effect.passes, effect.isImageBased ? "yes" : "no",
+             NameOfEffect(effect.name));
     }
     if (!std::cout.flush()) throw std::runtime_error("cannot write the list to standard output");
 }

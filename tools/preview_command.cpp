@@ -84,6 +84,7 @@ CLI::App* AddPreviewCommand(CLI::App& app, PreviewRequest& request) {
              "The most that one picture takes [320x180]");
     AddValue(*preview, "--background", request.background, &ParseColor, "a colour RRGGBB, such as 102030",
              "Colour under the title [a gray]");
+    preview->add_option("--style", request.style, "How subtitles look and where they stand: a script with a cue");
     preview->add_option("-o,--output", request.output, "The PNG file to write")->required();
     return preview;
 }
@@ -91,7 +92,7 @@ CLI::App* AddPreviewCommand(CLI::App& app, PreviewRequest& request) {
 void Preview(const PreviewRequest& request) {
     TitleHandle title = MakeTitle();
     SetSourceFrame(*title, {}, request.frame, Ground::kOpaque);
-    const TitleSource source = LoadTitle(*title, request.titleFile);
+    const TitleSource source = LoadTitle(*title, request.titleFile, request.style);
     const FrameSize frame = SetSourceFrame(*title, source, request.frame, Ground::kOpaque);
     const float end = source.duration;
     NoteFontSubstitutes(*title, source);

@@ -13,7 +13,7 @@ namespace captionfx {
 
 /// What the command line asks for.
 struct PreviewRequest {
-    std::filesystem::path titleFile, output;
+    std::filesystem::path titleFile, style, output;
     std::vector<Moment> moments{{0.0F, true}, {25.0F, true}, {50.0F, true}, {75.0F, true}, {100.0F, true}};
     std::optional<FrameSize> frame;  ///< Without one the title's own, or 1280x720.
     FrameSize cell{320, 180};        ///< The most that one picture takes; it keeps the shape of the frame.

@@ -38,11 +38,12 @@ void AddTypedOptions(CLI::App& render, TypedTitle& typed) {
     addMore("--color", typed.faceColor, &ParseColor, "a colour RRGGBB, such as FFCC00", "Colour of the face");
     addMore("--position", typed.position, &ParsePosition, "a position X,Y, such as 100,50",
             "Upper left corner of the text [in the middle of the frame]");
-    addMore("--effect", typed.effect, &ParseEffectName, "an effect name of 1 to 259 characters",
-            "Effect, such as PATH_FADE");
+    addMore("--effect", typed.effect, &ParseEffectName, "an effect, such as fade; 'captionfx effects' lists them",
+            "Effect, such as fade or PATH_FADE");
     addMore("--progress", typed.progress, &ParseNumber, "a finite number",
             "Progress of the effect: 0 not there yet, 1 at rest [1]");
-    AddValues(render, "--key", typed.keys, &ParseKeyframe, "a keyframe TIME:EFFECT:PROGRESS, such as 0.5:PATH_FADE:1",
+    AddValues(render, "--key", typed.keys, &ParseKeyframe,
+              "a keyframe TIME:EFFECT:PROGRESS of a listed effect, such as 0.5:fade:1",
               "Keyframe; between two of the same effect its progress runs. May be given often")
         ->needs(text)
         ->group("A typed title");
@@ -72,6 +73,8 @@ void CheckTogether(const RenderRequest& request, bool hasText) {
     if (!request.titleFile.empty() && hasText)
         throw CLI::ValidationError("title",
                                    "'" + request.titleFile.string() + "' and --text are two titles: one is drawn");
+    if (request.titleFile.empty() && !request.style.empty())
+        throw CLI::ValidationError("--style", "is for subtitles: a title file .srt or .vtt");
     if (request.output.empty() && request.saveAs.empty())
         throw CLI::ValidationError("--output or --save is needed: where does the result go?");
     if (!request.over.empty() && request.output.empty()) throw CLI::ValidationError("--over", "needs --output");
@@ -115,6 +118,7 @@ CLI::App* AddRenderCommand(CLI::App& app, RenderRequest& request) {
         "  captionfx render --text \"Hello\" -o hello.png\n"
         "  captionfx render title.xml --background 203050 -o title.mp4\n"
         "  captionfx render title.xml --over holiday.mp4 -o holiday-titled.mp4\n"
+        "  captionfx render talk.srt --style style.json --over talk.mp4 -o talk-subtitled.mp4\n"
         "  captionfx render title.xml --to 3 --fps 30 -o frames/%04d.png\n"
         "  captionfx render title.xml --background 000000 --format y4m -o - | player -");
     render->add_option("title", request.titleFile, "A title script, a title as XML, or subtitles; or a typed title:");
@@ -133,6 +137,7 @@ CLI::App* AddRenderCommand(CLI::App& app, RenderRequest& request) {
     render->add_option("-o,--output", request.output,
                        "The file to write; of a sequence of pictures, a pattern such as frames/%04d.png; - for a pipe");
     render->add_option("--save", request.saveAs, "Also write the title as XML");
+    render->add_option("--style", request.style, "How subtitles look and where they stand: a script with a cue");
     render->callback([render, &request] { CheckTogether(request, render->count("--text") > 0); });
     return render;
 }

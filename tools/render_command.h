@@ -16,6 +16,7 @@ namespace captionfx {
 /// What the command line asks for. Times are seconds.
 struct RenderRequest {
     std::filesystem::path titleFile;  ///< Empty: the typed title.
+    std::filesystem::path style;      ///< Of subtitles; empty: the usual one.
     TypedTitle typed;
     float time = 0.0F;
     std::optional<float> from, to, rate;  ///< Of a sequence: its end is not drawn.

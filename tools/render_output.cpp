@@ -40,7 +40,7 @@ ReadyTitle BuildTitle(const RenderRequest& request, std::optional<FrameSize> ask
     ReadyTitle ready{.title = MakeTitle(), .frame = {}, .source = {}};
     ready.frame = SetSourceFrame(*ready.title, {}, asked, ground);
     if (!request.titleFile.empty()) {
-        ready.source = LoadTitle(*ready.title, request.titleFile);
+        ready.source = LoadTitle(*ready.title, request.titleFile, request.style);
         ready.frame = SetSourceFrame(*ready.title, ready.source, asked, ground);
         return ready;
     }

@@ -54,7 +54,10 @@ FrameSize FrameOf(IKVT_CaptionFx& title) {
 /// Runs `read` on the text of a file, whose name goes in front of what is wrong with it.
 template <class Read>
 auto ReadPlaced(const std::filesystem::path& path, Read read) try {
-    return read(ReadWholeFile(path));
+    const std::string text = ReadWholeFile(path);
+    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
+        throw PlacedError({}, "", "the text is UTF-16; save it as UTF-8");
+    return read(text);
 } catch (const PlacedError& error) {
     throw std::runtime_error(path.string() + ":" + error.what());
 }
@@ -98,7 +101,7 @@ TitleSource BuildSource(IKVT_CaptionFx& title, const TitleScript& script, FrameS
     source.fonts = FontsOf(script);
     source.scale = script.scale;
     source.strings = StringsOf(title);
-    source.duration = std::max(DurationOf(script), LastKeyOf(source.strings));
+    source.duration = script.duration.value_or(LastKeyOf(source.strings));
     return source;
 }
 

@@ -19,7 +19,7 @@ namespace captionfx {
 struct TitleSource {
     std::optional<FrameSize> frame;   ///< The frame that the title is made for, where the file tells.
     float scale = 1.0F;               ///< Document units to pixels of that frame.
-    float duration = 0.0F;            ///< Seconds from 0 to the end of the last string; 0 for a still.
+    float duration = 0.0F;            ///< Seconds, the script's own or to the last keyframe; 0 for a still.
     std::vector<FileString> strings;  ///< What the interface does not tell of each string.
     std::set<std::u16string> fonts;   ///< Families that a script or a style asks for.
 };

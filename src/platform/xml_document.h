@@ -19,8 +19,8 @@ struct XmlNode {
     explicit operator bool() const { return Handle != nullptr; }
 };
 
-/// A document in memory. What can fail says whether it was done; memory that runs out is thrown. An empty node has no
-/// children and no attributes.
+/// A document in memory: it is loaded, to be read, or built by AddChild, to be saved. What can fail says whether it was
+/// done; memory that runs out is thrown. An empty node has no children and no attributes.
 class XmlDocument {
 public:
     virtual ~XmlDocument() = default;

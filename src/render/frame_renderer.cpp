@@ -5,6 +5,7 @@
 
 #include "paths/keyframes.h"
 #include "render/border.h"
+#include "render/frame_bands.h"
 #include "render/plane_drawing.h"
 #include "render/plane_ops.h"
 #include "render/string_drawing.h"
@@ -35,45 +36,68 @@ public:
     }
 
     void Draw() {
-        DrawStrings(title_, clip_);
+        std::vector<PlacedString> strings = PlaceStrings(title_, clip_);
+        if (CanDrawInBands(title_)) {
+            DrawBands(strings);
+        } else {
+            DrawPlanes(strings);
+        }
+    }
+
+private:
+    void DrawBands(std::vector<PlacedString>& strings) {
+        BuildLayers(title_, strings);
+        for (MetaString& string : title_.Strings) CloseDirtyRect(string);
+        UniteDirtyRects();
+        const bool isKept = MayKeep() && ReserveSavedFrame();
+        DrawInBands(title_, strings, destination_, isKept ? title_.Cache.SavedFrame.get() : nullptr);
+        if (isKept) NoteSavedFrame();
+    }
+
+    void DrawPlanes(std::vector<PlacedString>& strings) {
+        DrawOnPlanes(title_, strings, clip_);
         for (MetaString& string : title_.Strings) MergePlanes(string);
         for (MetaString& string : title_.Strings) {
-            if (IsImageStage(string)) {
+            if (IsImageStage(title_, string)) {
                 RunImageStage(string);
             } else {
                 FilterImage(string);
             }
         }
-        TitleRect touched{};
-        for (const MetaString& string : title_.Strings) touched = Union(touched, string.DirtyRect);
-        title_.Cache.FrameDirtyRect = Intersection(touched, clip_);
-
+        UniteDirtyRects();
         CompositeOnto(title_.Cache.FrameDirtyRect, [&](const TitleRect& band) {
             for (const MetaString& string : title_.Strings) Composite(ImageOf(string), band, IsStraight(string));
         });
-        if (AllAtRest(title_.Strings) && !title_.Cache.HasLostLayers) SaveFrame(title_.Strings.back());
+        if (MayKeep() && ReserveSavedFrame()) SaveFrame(title_.Strings.back());
     }
 
-private:
-    /// An effect whose object could not be made leaves its string to the road of characters.
-    [[nodiscard]] bool IsImageStage(const MetaString& string) const {
-        return string.PathObject && title_.Paths.IsImageBased(TextOf(string.PathID)) != 0;
+    /// What a string's characters touched, and a little more, in which all further steps work.
+    void CloseDirtyRect(MetaString& string) const {
+        string.DirtyRect = Intersection(Inflated(string.DirtyRect, 2), clip_);
     }
+
+    void UniteDirtyRects() const {
+        TitleRect touched{};
+        for (const MetaString& string : title_.Strings) touched = Union(touched, string.DirtyRect);
+        title_.Cache.FrameDirtyRect = Intersection(touched, clip_);
+    }
+
+    [[nodiscard]] bool MayKeep() const { return AllAtRest(title_.Strings) && !title_.Cache.HasLostLayers; }
 
     /// The plane that holds the string's finished image.
     [[nodiscard]] uint32_t* ImageOf(const MetaString& string) const {
-        return IsImageStage(string) ? string.StringPlanes.FacePlane : string.StringPlanes.ShadowPlane;
+        return IsImageStage(title_, string) ? string.StringPlanes.FacePlane : string.StringPlanes.ShadowPlane;
     }
 
     /// Whether that image has straight alpha, which filter and image effects work on. A destination with alpha of its
     /// own wants all images premultiplied.
     [[nodiscard]] bool IsStraight(const MetaString& string) const {
-        return settings_.DestinationAlpha == 0 && (settings_.PostFilter != 0 || IsImageStage(string));
+        return settings_.DestinationAlpha == 0 && (settings_.PostFilter != 0 || IsImageStage(title_, string));
     }
 
     /// Merges face, border and shadow into ShadowPlane.
     void MergePlanes(MetaString& string) {
-        string.DirtyRect = Intersection(Inflated(string.DirtyRect, 2), clip_);
+        CloseDirtyRect(string);
         string.DrawnRect = string.DirtyRect;
         const StringPlanes& planes = string.StringPlanes;
         workers_.RunBands(string.DirtyRect, [&](const TitleRect& band) {
@@ -132,19 +156,29 @@ private:
         }
     }
 
-    /// Keeps the image of a frame at rest. It holds the last string alone, which is all that later frames show.
-    /// Without memory for it the frame is still good.
-    void SaveFrame(const MetaString& last) try {
+    /// False when there is no memory for a frame at rest to be kept; it is still good.
+    [[nodiscard]] bool ReserveSavedFrame() const try {
         FrameCache& cache = title_.Cache;
         if (!cache.SavedFrame) {
             const size_t pixels = static_cast<size_t>(settings_.Width) * static_cast<size_t>(settings_.Height);
             cache.SavedFrame = std::make_unique_for_overwrite<uint32_t[]>(pixels);
         }
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+
+    /// Keeps the image of a frame at rest. It holds the last string alone, which is all that later frames show.
+    void SaveFrame(const MetaString& last) {
+        FrameCache& cache = title_.Cache;
         if (IsStraight(last)) planes_.Premultiply(ImageOf(last), cache.FrameDirtyRect);
         planes_.Copy(cache.SavedFrame.get(), ImageOf(last), cache.FrameDirtyRect);  // nobody reads beyond
-        cache.SavedDirtyRect = cache.FrameDirtyRect;
-        cache.SavedFrameValid = true;
-    } catch (const std::bad_alloc&) {
+        NoteSavedFrame();
+    }
+
+    void NoteSavedFrame() const {
+        title_.Cache.SavedDirtyRect = title_.Cache.FrameDirtyRect;
+        title_.Cache.SavedFrameValid = true;
     }
 
     const FrameTitle& title_;
@@ -196,6 +230,7 @@ void FlushRenderCaches(const FrameTitle& title) {
         }
     }
     title.Cache.FreeSavedFrame();
+    title.Cache.Planes.Clear();
     SharedBorder().ClearKernels();
     title.Pool.ClearIdleThreads();
 }

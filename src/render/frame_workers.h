@@ -9,6 +9,8 @@
 
 namespace captionfx {
 
+inline constexpr int32_t kBandRows = 24;  // of full-HD rows, about what a core's cache holds
+
 /// Shares tasks between the calling thread and the workers of a pool. Workers take the next task as they come free, so
 /// that a batch costs one job a worker, however many tasks it has. With one thread all tasks run here, in order.
 class FrameWorkers {
@@ -20,21 +22,26 @@ public:
     /// Runs task(0) to task(count - 1), each once, and returns when all are done. What a task throws is thrown here.
     void Run(int32_t count, const std::function<void(int32_t)>& task) const;
 
-    /// Runs `task` for bands of rows that make up `rect`.
+    /// Runs `task` for bands of rows that make up `rect`; on one thread, all in one.
     template <class Task>
     void RunBands(const TitleRect& rect, Task task) const {
         if (IsEmpty(rect)) return;
         if (!AreSeveral()) return task(rect);
+        ForBands(rect, [&](const TitleRect& band, int32_t /*index*/) { task(band); });
+    }
+
+    /// Runs task(band, its index) for the bands of kBandRows that make up `rect`, the last one with what is left.
+    template <class Task>
+    void ForBands(const TitleRect& rect, Task task) const {
+        if (IsEmpty(rect)) return;
         const int32_t bands = (rect.bottom - rect.top + kBandRows - 1) / kBandRows;
         Run(bands, [&](int32_t band) {
             const int32_t top = rect.top + band * kBandRows;
-            task(TitleRect{rect.left, top, rect.right, std::min(top + kBandRows, rect.bottom)});
+            task(TitleRect{rect.left, top, rect.right, std::min(top + kBandRows, rect.bottom)}, band);
         });
     }
 
 private:
-    static constexpr int32_t kBandRows = 24;  // of full-HD rows, about what a core's cache holds
-
     CThreadPool& pool_;
     int32_t threads_;
 };

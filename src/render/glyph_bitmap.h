@@ -5,13 +5,26 @@
 #include <cstdint>
 #include <memory>
 
+#include "render/coverage_layer.h"
+
 namespace captionfx {
 
-/// A picture of 32-bit pixels, row pitch Width times 4. Without pixels the layer is absent.
+/// How layers of one colour are kept.
+enum class LayerForm { kPixels, kCoverage };
+
+/// A picture, as 32-bit pixels or, of one colour, as coverage. Without either the layer is absent.
 struct GlyphBitmap {
-    std::unique_ptr<uint32_t[]> Pixels;
+    std::unique_ptr<uint32_t[]> Pixels;  ///< Straight alpha, row pitch Width times 4.
     int32_t Width = 0, Height = 0;
     float X = 0, Y = 0;  ///< Upper left corner from the character's position, pixels.
+    std::shared_ptr<const CoverageLayer> Coverage{};
+    uint32_t Color = 0;  ///< Of the coverage, alpha 0.
+
+    [[nodiscard]] bool IsAbsent() const { return !Pixels && !Coverage; }
+    void Free() {
+        Pixels.reset();
+        Coverage.reset();
+    }
 
     [[nodiscard]] size_t PixelCount() const { return static_cast<size_t>(Width) * static_cast<size_t>(Height); }
 };
@@ -27,9 +40,9 @@ struct GlyphLayers {
     uint8_t DirtyMask = kAllLayersDirty;
 
     void FreePixels() {
-        Face.Pixels.reset();
-        Border.Pixels.reset();
-        Shadow.Pixels.reset();
+        Face.Free();
+        Border.Free();
+        Shadow.Free();
     }
 };
 

@@ -31,7 +31,10 @@ BorderRadii BorderRadiiOf(const MetaBorder& style, const MetaFont& font, const T
 
 /// A layer without pixels at a position; the old one's pixels are gone.
 GlyphBitmap LayerAt(float x, float y) {
-    return {.Pixels = nullptr, .Width = 0, .Height = 0, .X = x, .Y = y};
+    GlyphBitmap layer;
+    layer.X = x;
+    layer.Y = y;
+    return layer;
 }
 
 void BuildDirtyLayers(const GlyphSettings& settings, ImageUtilityOps& ops, const MetaString& string,
@@ -39,7 +42,7 @@ void BuildDirtyLayers(const GlyphSettings& settings, ImageUtilityOps& ops, const
     const MetaFont& font = At(string.Fonts, character.FontIndex);
     const MetaBorder& border = At(string.Borders, character.BorderIndex);
     const MetaShadow& shadow = At(string.Shadows, character.ShadowIndex);
-    const LayerSettings layerSettings{settings.Render, ops, font.SizeRatio};
+    const LayerSettings layerSettings{settings.Render, ops, font.SizeRatio, settings.Form};
     const auto [x, y] = PositionOf(string, font, settings.Render.ScaleY, glyph);
 
     const BorderRadii radii = BorderRadiiOf(border, font, settings.Render, character.WidthScale);

@@ -12,6 +12,7 @@ struct GlyphSettings {
     FontSystem& Fonts;
     const TitleRenderSettings& Render;
     bool VerticalTitle;  ///< The direction of the title's default string, which counts here, not that of the string.
+    LayerForm Form = LayerForm::kPixels;
 };
 
 /// Scale factors and clockwise rotation of one character.

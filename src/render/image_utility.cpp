@@ -4,79 +4,28 @@
 #include <array>
 #include <cstddef>
 
+#include "render/kernels/pixel_rules.h"
+#include "render/kernels/row_kernels.h"
 #include "render/layer_blur.h"
-#include "render/pixel.h"
 
 namespace captionfx {
 namespace {
 
-/// Calls `operation` for each row of a rectangle, with the row's first pixel.
-template <class Operation>
-void ForEachRow(uint32_t* pixels, int32_t height, int32_t pitch, Operation operation) {
-    for (int32_t y = 0; y < height; ++y) operation(pixels + std::ptrdiff_t{y} * (pitch / 4));
-}
+using BlendRow = void (*)(uint32_t*, const uint32_t*, size_t);
+using ChangeRow = void (*)(uint32_t*, size_t);
 
-/// Replaces each destination pixel by blend(source pixel, destination pixel).
-template <class Blend>
 void BlendRows(uint32_t* destination, const uint32_t* source, int32_t width, int32_t height, int32_t pitch,
-               Blend blend) {
-    ForEachRow(destination, height, pitch, [&](uint32_t* row) {
-        for (int32_t x = 0; x < width; ++x) row[x] = blend(source[x], row[x]);
-        source += pitch / 4;
-    });
+               BlendRow blend) {
+    for (int32_t y = 0; y < height; ++y) {
+        const std::ptrdiff_t row = std::ptrdiff_t{y} * (pitch / 4);
+        blend(destination + row, source + row, static_cast<size_t>(std::max(width, 0)));
+    }
 }
 
-template <class Change>
-void ChangeRows(uint32_t* pixels, int32_t width, int32_t height, int32_t pitch, Change change) {
-    ForEachRow(pixels, height, pitch, [&](uint32_t* row) {
-        for (int32_t x = 0; x < width; ++x) row[x] = change(row[x]);
-    });
-}
-
-/// A pixel whose three colour channels are channel(shift).
-template <class Channel>
-uint32_t ColorOf(Channel channel) {
-    uint32_t pixel = 0;
-    for (const uint32_t shift : kColorShifts) pixel |= std::min(channel(shift), 255U) << shift;
-    return pixel;
-}
-
-// Over, with straight alpha sa and da: the result's alpha is A / 255 with A = 255 sa + da (255 - sa), and its colour is
-// N / A, N = 255 sa sc + da (255 - sa) dc. All is kept whole until the one division. A premultiplied source channel
-// stands for sa sc / 255, so that 65025 of it take the place of 255 sa sc.
-template <bool kPremultiplied>
-uint32_t OverStraight(uint32_t source, uint32_t destination) {
-    const uint32_t sa = AlphaOf(source), da = AlphaOf(destination);
-    const uint32_t alpha255 = 255 * sa + da * (255 - sa);
-    const uint32_t sourceWeight = kPremultiplied ? 65025 : 255 * sa;
-    if (sa == 0 && (!kPremultiplied || source == 0)) return destination;
-    if (alpha255 == 0) return destination;
-    const uint32_t color = ColorOf([&](uint32_t shift) {
-        const uint32_t numerator =
-            sourceWeight * ChannelOf(source, shift) + da * (255 - sa) * ChannelOf(destination, shift);
-        return (numerator + alpha255 / 2) / alpha255;
-    });
-    return WithAlpha(color, Div255(alpha255));
-}
-
-uint32_t OverPremultiplied(uint32_t source, uint32_t destination) {
-    const uint32_t left = 255 - AlphaOf(source);
-    const auto over = [&](uint32_t shift) {
-        return ChannelOf(source, shift) + Div255(ChannelOf(destination, shift) * left);
-    };
-    return WithAlpha(ColorOf(over), over(kAlphaShift));
-}
-
-uint32_t Premultiplied(uint32_t pixel) {
-    const uint32_t alpha = AlphaOf(pixel);
-    return WithAlpha(ColorOf([&](uint32_t shift) { return Div255(ChannelOf(pixel, shift) * alpha); }), alpha);
-}
-
-uint32_t Unpremultiplied(uint32_t pixel) {
-    const uint32_t alpha = AlphaOf(pixel);
-    if (alpha == 0) return 0;
-    return WithAlpha(ColorOf([&](uint32_t shift) { return (255 * ChannelOf(pixel, shift) + alpha / 2) / alpha; }),
-                     alpha);
+void ChangeRows(uint32_t* pixels, int32_t width, int32_t height, int32_t pitch, ChangeRow change) {
+    for (int32_t y = 0; y < height; ++y) {
+        change(pixels + std::ptrdiff_t{y} * (pitch / 4), static_cast<size_t>(std::max(width, 0)));
+    }
 }
 
 /// The 1-2-1 mean of three pixels above each other, colour weighed by alpha.
@@ -109,21 +58,23 @@ void FilterStrip(uint32_t* pixels, int32_t width, int32_t height, std::ptrdiff_t
 
 class BuiltIn final : public ImageUtilityOps {
 public:
+    explicit BuiltIn(const RowKernels& rows) : rows_(rows) {}
+
     void AttachImageUtility() noexcept override {}
 
     void CompositeStraight(uint32_t* destination, const uint32_t* source, int32_t width, int32_t height,
                            int32_t pitch) noexcept override {
-        BlendRows(destination, source, width, height, pitch, OverStraight<false>);
+        BlendRows(destination, source, width, height, pitch, rows_.CompositeStraight);
     }
 
     void CompositePremultiplied(uint32_t* destination, const uint32_t* source, int32_t width, int32_t height,
                                 int32_t pitch) noexcept override {
-        BlendRows(destination, source, width, height, pitch, OverStraight<true>);
+        BlendRows(destination, source, width, height, pitch, rows_.CompositePremultiplied);
     }
 
     void CompositePremultipliedOnto(uint32_t* destination, const uint32_t* source, int32_t width, int32_t height,
                                     int32_t pitch) noexcept override {
-        BlendRows(destination, source, width, height, pitch, OverPremultiplied);
+        BlendRows(destination, source, width, height, pitch, rows_.CompositePremultipliedOnto);
     }
 
     /// BT.601 with studio range: Y 16 to 235, U and V 16 to 240; 12 bits of fraction.
@@ -136,11 +87,11 @@ public:
     }
 
     void Unpremultiply(uint32_t* pixels, int32_t width, int32_t height, int32_t pitch) noexcept override {
-        ChangeRows(pixels, width, height, pitch, Unpremultiplied);
+        ChangeRows(pixels, width, height, pitch, rows_.Unpremultiply);
     }
 
     void Premultiply(uint32_t* pixels, int32_t width, int32_t height, int32_t pitch) noexcept override {
-        ChangeRows(pixels, width, height, pitch, Premultiplied);
+        ChangeRows(pixels, width, height, pitch, rows_.Premultiply);
     }
 
     void BlurFast(uint32_t* pixels, int32_t width, int32_t height, float radius) noexcept override {
@@ -157,6 +108,9 @@ public:
     void BlurSmooth(uint32_t* pixels, int32_t width, int32_t height, float radius) noexcept override {
         BlurLayer(pixels, width, height, radius, BlurKind::kThreeBoxes);
     }
+
+private:
+    const RowKernels& rows_;
 };
 
 constexpr const char* kModuleStem = "ImageUtility";
@@ -164,8 +118,13 @@ constexpr const char* kModuleStem = "ImageUtility";
 }  // namespace
 
 ImageUtilityOps& BuiltInImageUtility() {
-    static BuiltIn builtIn;
+    static BuiltIn builtIn(BestRowKernels());
     return builtIn;
+}
+
+ImageUtilityOps& PlainImageUtility() {
+    static BuiltIn plain(PlainRowKernels());
+    return plain;
 }
 
 ImageUtility::ImageUtility(ModuleLoader& modules)

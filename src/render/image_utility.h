@@ -11,6 +11,9 @@ namespace captionfx {
 /// The built-in operations; without state, shared by all titles and threads.
 [[nodiscard]] ImageUtilityOps& BuiltInImageUtility();
 
+/// The same bytes from the plain row loops.
+[[nodiscard]] ImageUtilityOps& PlainImageUtility();
+
 /// Holds the operations of one title.
 class ImageUtility {
 public:

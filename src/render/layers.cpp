@@ -6,6 +6,7 @@
 #include "paths/path_base.h"
 #include "platform/conversions.h"
 #include "render/gradient.h"
+#include "render/layer_blur.h"
 #include "render/pixel.h"
 
 namespace captionfx {
@@ -59,15 +60,71 @@ bool Allocate(GlyphBitmap& layer, int64_t width, int64_t height) {
     return true;
 }
 
+/// Zeroed coverage of a size, or nothing.
+std::shared_ptr<CoverageLayer> AllocateCoverage(GlyphBitmap& layer, int64_t width, int64_t height) {
+    if (!IsLayerSize(width, height)) return nullptr;
+    layer.Width = static_cast<int32_t>(width);
+    layer.Height = static_cast<int32_t>(height);
+    return std::make_shared<CoverageLayer>(layer.Width, layer.Height);
+}
+
 uint32_t* RowOf(GlyphBitmap& layer, int32_t y) {
     return layer.Pixels.get() + std::ptrdiff_t{y} * layer.Width;
 }
 
 /// Low grades of antialiasing have the quick blur.
+bool IsSmooth(const LayerSettings& settings) {
+    return settings.Render.AntialiasMode == 0 || settings.Render.AntialiasMode == 1;
+}
+
 void Blur(const LayerSettings& settings, GlyphBitmap& layer, float radius) {
-    const bool isSmooth = settings.Render.AntialiasMode == 0 || settings.Render.AntialiasMode == 1;
-    const auto blur = isSmooth ? &ImageUtilityOps::BlurSmooth : &ImageUtilityOps::BlurFast;
+    const auto blur = IsSmooth(settings) ? &ImageUtilityOps::BlurSmooth : &ImageUtilityOps::BlurFast;
     (settings.Ops.*blur)(layer.Pixels.get(), layer.Width, layer.Height, radius);
+}
+
+void ScaleMask(uint8_t* out, const uint8_t* mask, size_t count, uint32_t alpha) {
+    for (size_t i = 0; i < count; ++i) out[i] = static_cast<uint8_t>(mask[i] * (alpha + 1) / 256);
+}
+void StampMax(uint8_t* out, const uint8_t* mask, size_t count, uint32_t alpha) {
+    for (size_t i = 0; i < count; ++i) out[i] = std::max(out[i], static_cast<uint8_t>(mask[i] * (alpha + 1) / 256));
+}
+void BlurCoverage(uint8_t* coverage, int32_t width, int32_t height, std::ptrdiff_t pitch, float radius, BlurKind kind) {
+    if (!(radius > 0)) return;
+    std::vector<uint32_t> pixels(static_cast<size_t>(width) * static_cast<size_t>(height));
+    for (int32_t y = 0; y < height; ++y)
+        for (int32_t x = 0; x < width; ++x)
+            pixels[static_cast<size_t>(y * width + x)] = uint32_t{coverage[y * pitch + x]} << 24U;
+    BlurLayer(pixels.data(), width, height, radius, kind);
+    for (int32_t y = 0; y < height; ++y)
+        for (int32_t x = 0; x < width; ++x)
+            coverage[y * pitch + x] = static_cast<uint8_t>(pixels[static_cast<size_t>(y * width + x)] >> 24U);
+}
+
+/// Blurs a layer's coverage, which then is the layer's.
+void Finish(const LayerSettings& settings, GlyphBitmap& layer, std::shared_ptr<CoverageLayer> coverage, uint32_t color,
+            float radius) {
+    BlurCoverage(coverage->Row(0), layer.Width, layer.Height, static_cast<std::ptrdiff_t>(coverage->Pitch()), radius,
+                 IsSmooth(settings) ? BlurKind::kThreeBoxes : BlurKind::kOneBox);
+    coverage->FindSpans();
+    layer.Coverage = std::move(coverage);
+    layer.Color = color;
+}
+
+bool IsCoverage(const LayerSettings& settings, const Fill& fill) {
+    return settings.Form == LayerForm::kCoverage && fill.IsFlat;
+}
+
+/// BuildFilledLayer for one colour.
+int32_t BuildFilledCoverage(const LayerSettings& settings, GlyphBitmap& layer, const CoverageMask& mask,
+                            const Softness& soft, const Fill& fill) {
+    const int32_t m = soft.Margin;
+    auto coverage = AllocateCoverage(layer, mask.Width + 2 * int64_t{m}, mask.Height + 2 * int64_t{m});
+    if (!coverage) return 0;
+    for (int32_t y = 0; y < mask.Height; ++y) {
+        ScaleMask(coverage->Row(m + y) + m, mask.Row(y), static_cast<size_t>(mask.Width), fill.Alpha);
+    }
+    Finish(settings, layer, std::move(coverage), fill.Color1, soft.Radius);
+    return 1;
 }
 
 /// A layer of a mask with a margin around it: the road of face and border.
@@ -75,11 +132,11 @@ template <class Style>
 int32_t BuildFilledLayer(const LayerSettings& settings, GlyphBitmap& layer, const CoverageMask& mask,
                          const Style& style) {
     const Softness soft = SoftnessOf(settings, style.BlurRadius);
-    if (!Allocate(layer, mask.Width + 2 * int64_t{soft.Margin}, mask.Height + 2 * int64_t{soft.Margin})) return 0;
+    const Fill fill = FillOf(settings, style);
     layer.X -= static_cast<float>(soft.Margin);
     layer.Y -= static_cast<float>(soft.Margin);
-
-    const Fill fill = FillOf(settings, style);
+    if (IsCoverage(settings, fill)) return BuildFilledCoverage(settings, layer, mask, soft, fill);
+    if (!Allocate(layer, mask.Width + 2 * int64_t{soft.Margin}, mask.Height + 2 * int64_t{soft.Margin})) return 0;
     if (!fill.IsFlat) {
         FillGradient(layer.Pixels.get(), layer.Width, layer.Height, fill.Color1, fill.Color2, fill.GradType);
     }
@@ -125,6 +182,101 @@ const CoverageMask* ShadowSource(const CoverageMask& glyph, const BorderMasks& b
     return style.EnableFace != 0 ? &glyph : nullptr;
 }
 
+/// The size of a shadow, and where its mask is stamped into it.
+class ShadowShape {
+public:
+    ShadowShape(const LayerSettings& settings, const CoverageMask& source, const MetaShadow& style, int32_t margin)
+        : margin_(margin),
+          sourceWidth_(source.Width),
+          sourceHeight_(source.Height),
+          dx_(settings.Render.ScaleX * style.OffsetX),
+          dy_(settings.Render.ScaleY * style.OffsetY) {
+        const bool isExtruded = style.Height != 0;
+        isOneStamp_ = !isExtruded || (style.OffsetX == 0 && style.OffsetY == 0);
+        Width = SideOf(source.Width, isExtruded ? std::abs(dx_) : 0);
+        Height = SideOf(source.Height, isExtruded ? std::abs(dy_) : 0);
+        if (!isExtruded || style.OffsetX <= 0) ShiftX = dx_;
+        if (!isExtruded || style.OffsetY <= 0) ShiftY = dy_;
+    }
+
+    /// Calls stamp(x, y) for each place, from the shadow's upper left corner.
+    template <class StampAt>
+    void Stamp(StampAt stamp) const {
+        const auto margin = static_cast<float>(margin_);
+        const ExtrusionAxis axisX{dx_, Width, sourceWidth_, margin_}, axisY{dy_, Height, sourceHeight_, margin_};
+        if (isOneStamp_) {
+            stamp(margin, margin);
+        } else if (std::abs(dx_) <= std::abs(dy_)) {
+            Extrude(axisY, axisX, [&](float y, float x) { stamp(x, y); });
+        } else {
+            Extrude(axisX, axisY, stamp);
+        }
+    }
+
+    int32_t Width = 0, Height = 0;
+    float ShiftX = 0, ShiftY = 0;  ///< How far the whole moves, pixels.
+
+private:
+    [[nodiscard]] int32_t SideOf(int32_t side, float way) const {
+        const float sum = static_cast<float>(side) + static_cast<float>(2 * int64_t{margin_}) + way;
+        return ToInt32(static_cast<double>(sum));
+    }
+
+    int32_t margin_, sourceWidth_, sourceHeight_;
+    float dx_, dy_;
+    bool isOneStamp_ = true;
+};
+
+/// The part of a mask that lies inside a picture when its corner is laid at (x, y) cut to whole pixels.
+struct StampedPart {
+    StampedPart(const CoverageMask& mask, int32_t width, int32_t height, float x, float y)
+        : Left(ToInt32(static_cast<double>(x))),
+          Top(ToInt32(static_cast<double>(y))),
+          FirstX(static_cast<int32_t>(std::clamp<int64_t>(-Left, 0, mask.Width))),
+          EndX(static_cast<int32_t>(std::clamp<int64_t>(width - Left, 0, mask.Width))),
+          FirstY(static_cast<int32_t>(std::clamp<int64_t>(-Top, 0, mask.Height))),
+          EndY(static_cast<int32_t>(std::clamp<int64_t>(height - Top, 0, mask.Height))) {}
+
+    int64_t Left, Top;
+    int32_t FirstX, EndX, FirstY, EndY;  // of the mask
+};
+
+void StampCoverage(CoverageLayer& coverage, const CoverageMask& mask, float x, float y, uint32_t alpha) {
+    const StampedPart part(mask, coverage.Width(), coverage.Height(), x, y);
+    if (part.FirstX >= part.EndX) return;
+    for (int32_t row = part.FirstY; row < part.EndY; ++row) {
+        uint8_t* const out = coverage.Row(static_cast<int32_t>(part.Top + row)) + part.Left + part.FirstX;
+        StampMax(out, mask.Row(row) + part.FirstX, static_cast<size_t>(part.EndX - part.FirstX), alpha);
+    }
+}
+
+/// Whether a mask with spans has something in its outer `margin` rows and columns.
+bool ReachesMargin(const CoverageLayer& coverage, int32_t margin) {
+    for (int32_t y = 0; y < coverage.Height(); ++y) {
+        const ColumnSpan span = *coverage.Spans(y);
+        if (span.First == span.End) continue;
+        const bool isInside = y >= margin && y < coverage.Height() - margin && span.First >= margin &&
+                              span.End <= coverage.Width() - margin;
+        if (!isInside) return true;
+    }
+    return false;
+}
+
+/// False, and nothing is done, for a shadow that coverage cannot hold: none of a size that a layer may have, or one
+/// whose stamps reach the margin, where a shadow stays black.
+bool BuildShadowCoverage(const LayerSettings& settings, GlyphBitmap& layer, const CoverageMask& source,
+                         const ShadowShape& shape, const Softness& soft, const Fill& fill) {
+    auto coverage = AllocateCoverage(layer, shape.Width, shape.Height);
+    if (!coverage) return false;
+    shape.Stamp([&](float x, float y) { StampCoverage(*coverage, source, x, y, fill.Alpha); });
+    if (soft.Margin > 0) {
+        coverage->FindSpans();
+        if (ReachesMargin(*coverage, soft.Margin)) return false;
+    }
+    Finish(settings, layer, std::move(coverage), fill.Color1, soft.Radius);
+    return true;
+}
+
 /// Colours a shadow whose alpha is done: a flat one where it has alpha, a gradient all over.
 void ColorShadow(GlyphBitmap& layer, const Fill& fill, int32_t margin) {
     if (!fill.IsFlat) {
@@ -160,47 +312,27 @@ int32_t BuildShadowLayer(const LayerSettings& settings, GlyphBitmap& layer, cons
     const CoverageMask* const source = ShadowSource(glyph, border, style);
     if (source == nullptr) return 1;
     const Softness soft = SoftnessOf(settings, style.BlurRadius);
-    const int32_t m = soft.Margin;
-    const auto margin = static_cast<float>(m);
-    const float dx = settings.Render.ScaleX * style.OffsetX, dy = settings.Render.ScaleY * style.OffsetY;
-    const bool isExtruded = style.Height != 0;
-
-    const float wayX = isExtruded ? std::abs(dx) : 0, wayY = isExtruded ? std::abs(dy) : 0;
-    const auto sideOf = [&](int32_t side, float way) {
-        const float sum = static_cast<float>(side) + static_cast<float>(2 * int64_t{m}) + way;
-        return ToInt32(static_cast<double>(sum));
-    };
-    if (!Allocate(layer, sideOf(source->Width, wayX), sideOf(source->Height, wayY))) return 0;
-    layer.X -= margin;
-    layer.Y -= margin;
-    if (!isExtruded || style.OffsetX <= 0) layer.X += dx;
-    if (!isExtruded || style.OffsetY <= 0) layer.Y += dy;
-
     const Fill fill = FillOf(settings, style);
-    const ExtrusionAxis axisX{dx, layer.Width, source->Width, m}, axisY{dy, layer.Height, source->Height, m};
-    if (!isExtruded || (style.OffsetX == 0 && style.OffsetY == 0)) {
-        StampShadowAlpha(layer, *source, margin, margin, fill.Alpha);
-    } else if (std::abs(dx) <= std::abs(dy)) {
-        Extrude(axisY, axisX, [&](float y, float x) { StampShadowAlpha(layer, *source, x, y, fill.Alpha); });
-    } else {
-        Extrude(axisX, axisY, [&](float x, float y) { StampShadowAlpha(layer, *source, x, y, fill.Alpha); });
-    }
-    ColorShadow(layer, fill, m);
+    const ShadowShape shape(settings, *source, style, soft.Margin);
+    const auto margin = static_cast<float>(soft.Margin);
+    layer.X = layer.X - margin + shape.ShiftX;
+    layer.Y = layer.Y - margin + shape.ShiftY;
+    if (IsCoverage(settings, fill) && BuildShadowCoverage(settings, layer, *source, shape, soft, fill)) return 1;
+
+    if (!Allocate(layer, shape.Width, shape.Height)) return 0;
+    shape.Stamp([&](float x, float y) { StampShadowAlpha(layer, *source, x, y, fill.Alpha); });
+    ColorShadow(layer, fill, soft.Margin);
     Blur(settings, layer, soft.Radius);
     return 1;
 }
 
 void StampShadowAlpha(GlyphBitmap& layer, const CoverageMask& mask, float x, float y, uint32_t alpha) {
-    const int64_t left = ToInt32(static_cast<double>(x)), top = ToInt32(static_cast<double>(y));
-    const auto firstX = static_cast<int32_t>(std::clamp<int64_t>(-left, 0, mask.Width));
-    const auto endX = static_cast<int32_t>(std::clamp<int64_t>(layer.Width - left, 0, mask.Width));
-    const auto firstY = static_cast<int32_t>(std::clamp<int64_t>(-top, 0, mask.Height));
-    const auto endY = static_cast<int32_t>(std::clamp<int64_t>(layer.Height - top, 0, mask.Height));
-    for (int32_t row = firstY; row < endY; ++row) {
+    const StampedPart part(mask, layer.Width, layer.Height, x, y);
+    for (int32_t row = part.FirstY; row < part.EndY; ++row) {
         const uint8_t* const in = mask.Row(row);
-        uint32_t* const out = RowOf(layer, static_cast<int32_t>(top + row));
-        for (int32_t column = firstX; column < endX; ++column) {
-            uint32_t& pixel = out[left + column];
+        uint32_t* const out = RowOf(layer, static_cast<int32_t>(part.Top + row));
+        for (int32_t column = part.FirstX; column < part.EndX; ++column) {
+            uint32_t& pixel = out[part.Left + column];
             const uint32_t stamped = in[column] * (alpha + 1) / 256;
             if (AlphaOf(pixel) < stamped) pixel = WithAlpha(pixel, stamped);
         }

@@ -13,6 +13,8 @@ struct LayerSettings {
     const TitleRenderSettings& Render;
     ImageUtilityOps& Ops;
     float SizeRatio;  ///< Of the character's font.
+    LayerForm Form =
+        LayerForm::kPixels;  ///< kCoverage only with the built-in operations, whose blur it has of its own.
 };
 
 /// A style's size in pixels from `product`, the size times SizeRatio times a scale: ten are one eighth of the font's

@@ -5,7 +5,7 @@
 #include <cstddef>
 
 #include "platform/conversions.h"
-#include "render/pixel.h"
+#include "render/kernels/pixel_rules.h"
 #include "render/rect.h"
 
 namespace captionfx {
@@ -26,15 +26,10 @@ struct Placement {
     float Fraction;
 };
 
-/// The four weights, 16.16, cut. Their sum is 65356 at most, not 65536.
-struct Weights {
-    Weights(float fx, float fy)
-        : W00(Cut(fx * fy)), W10(Cut((1 - fx) * fy)), W01(Cut(fx * (1 - fy))), W11(Cut((1 - fx) * (1 - fy))) {}
-
-    static uint32_t Cut(float product) { return static_cast<uint32_t>(static_cast<double>(product) * 65356.0); }
-
-    uint32_t W00, W10, W01, W11;
-};
+/// A weight, 16.16, cut. The sum of a pixel's four is 65356 at most, not 65536.
+uint32_t Weight(float product) {
+    return static_cast<uint32_t>(static_cast<double>(product) * 65356.0);
+}
 
 /// The mean of a channel over those of four samples that have alpha.
 class ColorMean {
@@ -60,65 +55,103 @@ private:
     uint32_t count_ = 0;
 };
 
-/// Lays a premultiplied pixel over a plane's.
-uint32_t Over(uint32_t target, uint32_t color, uint32_t a) {
-    if (a == 255 || AlphaOf(target) == 0) return WithAlpha(color, a);
-    const uint32_t t = ((255 - AlphaOf(target)) * (256 - a)) >> 8U;
-    uint32_t result = WithAlpha(target, 255 - t);
-    if (t == 255) return result;
-    result &= ~kColorMask;
-    for (const uint32_t shift : kColorShifts) {
-        const uint32_t channel = ((ChannelOf(target, shift) * (256 - a)) >> 8U) + ChannelOf(color, shift);
-        result |= std::min(channel, 255U) << shift;
-    }
-    return result;
-}
-
-uint32_t Placed(uint32_t target, const Weights& w, uint32_t s00, uint32_t s10, uint32_t s01, uint32_t s11,
-                uint32_t alpha) {
+uint32_t Placed(uint32_t target, const PlacedLayer& w, uint32_t s00, uint32_t s10, uint32_t s01, uint32_t s11) {
     const uint32_t coverage =
         (AlphaOf(s00) * w.W00 + AlphaOf(s10) * w.W10 + AlphaOf(s01) * w.W01 + AlphaOf(s11) * w.W11) >> 16U;
-    const uint32_t a = ((coverage * (alpha + 1)) >> 8U) & 0xFFU;
+    const uint32_t a = ((coverage * (w.Alpha + 1)) >> 8U) & 0xFFU;
     if (a == 0) return target;
     const ColorMean mean(s00, s10, s01, s11);
     uint32_t color = 0;
     for (const uint32_t shift : kColorShifts) color |= (mean(shift) * (a + 1)) >> 8U << shift;
-    return Over(target, color, a);
+    return PlacedOver(target, color, a);
 }
 
-}  // namespace
+uint32_t* RowOf(const PlaneView& plane, int32_t y) {
+    return plane.Pixels + std::ptrdiff_t{y - plane.Top} * (plane.Width + plane.Padding);
+}
 
-int32_t DrawGlyphBitmap(const PlaneView& plane, const TitleRect& clip, const GlyphBitmap& bitmap, float x, float y,
-                        uint32_t alpha) {
-    if (plane.Pixels == nullptr || !bitmap.Pixels) return 0;
-    if (plane.Width < 1 || plane.Height < 1 || bitmap.Width < 1 || bitmap.Height < 1 || alpha < 1) return 0;
-    if (!std::isfinite(x) || !std::isfinite(y)) return 1;
-
-    const Placement px(x, bitmap.Width), py(y, bitmap.Height);
-    const TitleRect limit = Intersection(clip, {0, 0, plane.Width, plane.Height});
-    const int64_t left = std::max<int64_t>(px.First, limit.left), right = std::min<int64_t>(px.End, limit.right);
-    const int64_t top = std::max<int64_t>(py.First, limit.top), bottom = std::min<int64_t>(py.End, limit.bottom);
-    if (left >= right || top >= bottom) return 1;  // far outside not even the fractions make sense
-
-    const Weights weights(px.Fraction, py.Fraction);
-
-    for (int64_t row = top; row < bottom; ++row) {
-        uint32_t* const out = plane.Pixels + row * plane.Width;
+void DrawPixels(const PlaneView& plane, const PlacedLayer& layer, const TitleRect& rect) {
+    const GlyphBitmap& bitmap = *layer.Bitmap;
+    for (int32_t row = rect.top; row < rect.bottom; ++row) {
+        uint32_t* const out = RowOf(plane, row);
         // The two rows of the bitmap that meet in this one; a row or a column outside counts as zero.
-        const int64_t v = row - py.First;
+        const int64_t v = row - layer.Row;
         const uint32_t* const upper = v >= 1 ? bitmap.Pixels.get() + (v - 1) * bitmap.Width : nullptr;
         const uint32_t* const lower = v < bitmap.Height ? bitmap.Pixels.get() + v * bitmap.Width : nullptr;
         const auto sample = [&](const uint32_t* samples, int64_t u) {
             return samples != nullptr && u >= 0 && u < bitmap.Width ? samples[u] : 0U;
         };
-        uint32_t s00 = sample(upper, left - px.First - 1), s01 = sample(lower, left - px.First - 1);
-        for (int64_t column = left; column < right; ++column) {
-            const uint32_t s10 = sample(upper, column - px.First), s11 = sample(lower, column - px.First);
-            out[column] = Placed(out[column], weights, s00, s10, s01, s11, alpha);
+        uint32_t s00 = sample(upper, rect.left - layer.Column - 1), s01 = sample(lower, rect.left - layer.Column - 1);
+        for (int64_t column = rect.left; column < rect.right; ++column) {
+            const uint32_t s10 = sample(upper, column - layer.Column), s11 = sample(lower, column - layer.Column);
+            out[column] = Placed(out[column], layer, s00, s10, s01, s11);
             s00 = s10;
             s01 = s11;
         }
     }
+}
+
+void DrawCoverage(const PlaneView& plane, const PlacedLayer& layer, const TitleRect& rect, const RowKernels& kernels) {
+    const CoverageLayer& coverage = *layer.Bitmap->Coverage;
+    const auto v = static_cast<int32_t>(rect.top - layer.Row);
+    const auto right = static_cast<int32_t>(rect.right - layer.Column);
+    kernels.PlaceCoverage(RowOf(plane, rect.top), std::ptrdiff_t{plane.Width} + plane.Padding,
+                          {.Samples = coverage.Row(v - 1),
+                           .Spans = coverage.Spans(v - 1),
+                           .Pitch = coverage.Pitch(),
+                           .Count = rect.bottom - rect.top,
+                           .Left = static_cast<int32_t>(rect.left - layer.Column),
+                           .Right = right,
+                           .Column = static_cast<std::ptrdiff_t>(layer.Column),
+                           .MayOverrun = plane.Padding >= kPixelPadding && right == coverage.Width() + 1},
+                          {.W00 = layer.W00,
+                           .W10 = layer.W10,
+                           .W01 = layer.W01,
+                           .W11 = layer.W11,
+                           .Alpha = layer.Alpha,
+                           .Color = layer.Bitmap->Color});
+}
+
+}  // namespace
+
+std::optional<PlacedLayer> PlaceLayer(const GlyphBitmap& bitmap, float x, float y, uint32_t alpha,
+                                      const TitleRect& limit) {
+    if (bitmap.IsAbsent() || bitmap.Width < 1 || bitmap.Height < 1 || alpha < 1) return std::nullopt;
+    if (!std::isfinite(x) || !std::isfinite(y)) return std::nullopt;
+    const Placement px(x, bitmap.Width), py(y, bitmap.Height);
+    const int64_t left = std::max<int64_t>(px.First, limit.left), right = std::min<int64_t>(px.End, limit.right);
+    const int64_t top = std::max<int64_t>(py.First, limit.top), bottom = std::min<int64_t>(py.End, limit.bottom);
+    if (left >= right || top >= bottom) return std::nullopt;  // far outside not even the fractions make sense
+    const auto side = [](int64_t v) { return static_cast<int32_t>(v); };
+    const float fx = px.Fraction, fy = py.Fraction;
+    return PlacedLayer{.Bitmap = &bitmap,
+                       .Column = px.First,
+                       .Row = py.First,
+                       .Rect = {side(left), side(top), side(right), side(bottom)},
+                       .W00 = Weight(fx * fy),
+                       .W10 = Weight((1 - fx) * fy),
+                       .W01 = Weight(fx * (1 - fy)),
+                       .W11 = Weight((1 - fx) * (1 - fy)),
+                       .Alpha = alpha};
+}
+
+void DrawLayer(const PlaneView& plane, const PlacedLayer& layer, const RowKernels& kernels) {
+    const TitleRect rect = Intersection(layer.Rect, {0, plane.Top, plane.Width, plane.Top + plane.Height});
+    if (IsEmpty(rect)) return;
+    if (layer.Bitmap->Coverage) {
+        DrawCoverage(plane, layer, rect, kernels);
+    } else {
+        DrawPixels(plane, layer, rect);
+    }
+}
+
+int32_t DrawGlyphBitmap(const PlaneView& plane, const TitleRect& clip, const GlyphBitmap& bitmap, float x, float y,
+                        uint32_t alpha, const RowKernels& kernels) {
+    if (plane.Pixels == nullptr || bitmap.IsAbsent()) return 0;
+    if (plane.Width < 1 || plane.Height < 1 || bitmap.Width < 1 || bitmap.Height < 1 || alpha < 1) return 0;
+    const TitleRect limit = Intersection(clip, {0, plane.Top, plane.Width, plane.Top + plane.Height});
+    const std::optional<PlacedLayer> layer = PlaceLayer(bitmap, x, y, alpha, limit);
+    if (layer) DrawLayer(plane, *layer, kernels);
     return 1;
 }
 
@@ -127,20 +160,7 @@ void MergeFaceOverBorder(const PlaneView& border, const PlaneView& face, const T
         uint32_t* const below = border.Pixels + std::ptrdiff_t{y} * border.Width;
         const uint32_t* const above = face.Pixels + std::ptrdiff_t{y} * face.Width;
         for (int32_t x = rect.left; x < rect.right; ++x) {
-            const uint32_t f = above[x], b = below[x];
-            const uint32_t fa = AlphaOf(f), ba = AlphaOf(b);
-            if (fa == 0 && ba != 0) continue;
-            if (fa == 255 || ba == 0) {
-                below[x] = f;
-                continue;
-            }
-            const uint32_t a = std::min(fa + ba, 255U);
-            uint32_t merged = a << kAlphaShift;
-            for (const uint32_t shift : kColorShifts) {
-                const uint32_t channel = ChannelOf(f, shift) + (256 - fa) * ChannelOf(b, shift) / ba;
-                merged |= ((channel * a >> 8U) & 0xFFU) << shift;
-            }
-            below[x] = merged;
+            below[x] = FaceOverBorder(above[x], below[x]);
         }
     }
 }

@@ -1,26 +1,48 @@
 // Drawing into the planes of a string: bilinear placement of layers, and the merge of face over border.
 #pragma once
 
+#include <optional>
+
 #include "host/caption_fx.h"
 #include "render/glyph_bitmap.h"
+#include "render/kernels/row_kernels.h"
 
 namespace captionfx {
 
-/// A frame-sized picture, row pitch width times 4, colour multiplied by alpha.
+/// Rows of a picture of the frame's width, colour multiplied by alpha: all of them, or a band.
 struct PlaneView {
     uint32_t* Pixels;
     int32_t Width, Height;
+    int32_t Top = 0;      ///< The frame's row that the first one is.
+    int32_t Padding = 0;  ///< Pixels behind each row that may be written as they were.
 };
 
-/// Places `bitmap`, straight alpha, at (x, y), plane pixels, which need not be whole, within `clip` and the plane.
-/// Alpha is 1 to 255. Returns 1, or 0 for an absent bitmap, a plane of no size or an alpha below 1.
+/// A layer on its place in the frame.
+struct PlacedLayer {
+    const GlyphBitmap* Bitmap;
+    int64_t Column, Row;          ///< Of the frame, where the layer's first pixel lies, or the one before it.
+    TitleRect Rect;               ///< The pixels that it may change.
+    uint32_t W00, W10, W01, W11;  ///< Weights of the four samples of a pixel, 16.16.
+    uint32_t Alpha;               ///< 1 to 255.
+};
+
+/// Places `bitmap` at (x, y), frame pixels, which need not be whole, within `limit`. Nothing for one that is absent,
+/// not seen, or not within. Alpha is 0 to 255.
 ///
 /// Three things must stay as they are, since frames of all versions rely on them: the weights add up to a little less
 /// than 1, so that a solid pixel comes out as 254; a whole position at or below 0 lands one pixel farther right (down)
 /// than one above 0 and loses the bitmap's last column (row); and the colour of a pixel is the plain mean of the
 /// samples that have alpha, whatever their weights.
+[[nodiscard]] std::optional<PlacedLayer> PlaceLayer(const GlyphBitmap& bitmap, float x, float y, uint32_t alpha,
+                                                    const TitleRect& limit);
+
+/// Draws what of a layer lies in the rows of `plane`, a part of the frame that it was placed in.
+void DrawLayer(const PlaneView& plane, const PlacedLayer& layer, const RowKernels& kernels);
+
+/// PlaceLayer and DrawLayer within `clip`. Returns 1, or 0 for an absent bitmap, a plane of no size or an alpha
+/// below 1.
 int32_t DrawGlyphBitmap(const PlaneView& plane, const TitleRect& clip, const GlyphBitmap& bitmap, float x, float y,
-                        uint32_t alpha);
+                        uint32_t alpha, const RowKernels& kernels = PlainRowKernels());
 
 /// Lays the face plane over the border plane within `rect`, which lies in the planes.
 void MergeFaceOverBorder(const PlaneView& border, const PlaneView& face, const TitleRect& rect);

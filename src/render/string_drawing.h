@@ -1,16 +1,13 @@
-// Drawing of a title's characters into the planes of their strings.
+// Drawing of strings into their planes: the plain road, and the only one where whole planes are needed, for image
+// effects and the filter.
 #pragma once
 
-#include "render/frame_title.h"
+#include "render/placed_string.h"
 
 namespace captionfx {
 
-/// Builds the cached layers that are dirty, of all strings as one batch.
-void RefreshCachedLayers(const FrameTitle& title);
-
-/// Places all characters of all strings for their PathID and PathProgress and draws them into the strings' planes,
-/// which are cleared first. DirtyRect of each string becomes what they touched, within `clip`, which lies in the frame.
-/// A string without PathID draws nothing.
-void DrawStrings(const FrameTitle& title, const TitleRect& clip);
+/// Builds the layers of all characters and draws them into their strings' planes, which are cleared first. DirtyRect of
+/// each string becomes what they touched, within `clip`, which lies in the frame.
+void DrawOnPlanes(const FrameTitle& title, std::vector<PlacedString>& strings, const TitleRect& clip);
 
 }  // namespace captionfx

@@ -31,5 +31,5 @@ for command in "${commands[@]}"; do
             { echo "'$command $option' is not completed"; bad=1; }
     done < <(grep --only-matching --extended-regexp -- '--[a-z][a-z-]+' <<< "$help" | sort --unique)
 done
-[[ $(complete_words render --effect PATH_FAD) == PATH_FADE ]] || { echo "effects are not completed"; bad=1; }
+[[ $(complete_words render --effect PATH_FAD) == PATH_FADE && $(complete_words render --effect fad) == fade ]] || { echo "effects are not completed"; bad=1; }
 exit "$bad"

@@ -95,15 +95,16 @@ TEST(TitleXmlTest, WhatIsMissingIsZeroAndWhatIsUnknownIsPassedOver) {
     EXPECT_EQ(title.Title.GetStringCount(), 0);
 
     const std::string longName(260, 'x');
-    ASSERT_EQ(
-        LoadText(title.Title,
-                 "<!DOCTYPE CCaptionFx><CCaptionFx><StringList><MetaString Vertical='True' "
-                 "Left='&#50;.5' ParagraphCount='#1F' PathID='" +
-                     longName + "' MaskFile='" + longName.substr(1) +
-                     "'><Unknown><CharList/></Unknown><PathList><MetaPath KeyFrame='2' PathID='PATH_FADE'/>"
-                     "<MetaPath KeyFrame='1'/><MetaPath KeyFrame='2' PathID='PATH_NOEFFECT'/></PathList>"
-                     "</MetaString><MetaString/></StringList><StringList><MetaString/></StringList></CCaptionFx>"),
-        kTitleOk);
+    ASSERT_EQ(LoadText(title.Title,
+                       "<!DOCTYPE CCaptionFx><CCaptionFx><StringList><MetaString Vertical='True' "
+                       "Left='&#50;.5' ParagraphCount='#1F' PathID='" +
+                           longName + "' MaskFile='" + longName.substr(1) +
+                           "'><Unknown><CharList/></Unknown><PathList><MetaPath KeyFrame='2' PathID='PATH_FADE'/>"
+                           "<MetaPath KeyFrame='1'/><MetaPath KeyFrame='2' PathID='PATH_NOEFFECT'/></PathList>"
+                           "</MetaString><x:MetaString xmlns:x='u'><MetaString/></x:MetaString>"
+                           "<MetaString xmlns:x='u' x:Left='3' "
+                           "PathID='&lt;&#38;&amp;'/></StringList><StringList><MetaString/></StringList></CCaptionFx>"),
+              kTitleOk);
     ASSERT_EQ(title.Title.GetStringCount(), 2);
     const MetaString& string = title.String();
     EXPECT_EQ(string.Left, 2.5F);
@@ -114,6 +115,8 @@ TEST(TitleXmlTest, WhatIsMissingIsZeroAndWhatIsUnknownIsPassedOver) {
     EXPECT_EQ(string.PathChanged, 1);
     ASSERT_EQ(string.PathList.size(), 2U);
     EXPECT_STREQ(string.PathList.at(2).PathID, "PATH_FADE") << "the first of equal times stays";
+    EXPECT_STREQ(title.String(1).PathID, "<&&");
+    EXPECT_EQ(title.String(1).Left, 0) << "what has a prefix is another's";
 }
 
 TEST(TitleXmlTest, FailuresAreLoggedAndLeaveAnEmptyTitle) {

@@ -60,7 +60,7 @@ TEST_F(CommandLine, WrongArgumentsGiveOneLineThatNamesThemAndNoFile) {
         {{"--frame", "10x10x10"}, "--frame"},
         {{"--frame", "4294967297x1"}, "--frame"},
         {{"--font", "two\nlines\r\nand \x80, a byte that is no text"}, "--font"},
-        {{"--effect", std::string(260, 'P')}, "--effect"},
+        {{"--effect", "wipe-off"}, "captionfx effects"},
         {{"--color", "red"}, "--color"},
         {{"--background", "12345"}, "--background"},
         {{"--progress", "1e99"}, "--progress"},

@@ -59,16 +59,22 @@ private:
     TextPlace place_;
 };
 
+/// What the parser expects, in the words of people who write scripts: a comma is forgotten more often than a bracket.
+std::string ReadableExpectation(std::string_view expected) {
+    if (expected == "; expected string literal") return "; expected a key in double quotes";
+    if (expected == "; expected '}'") return "; expected ',' or '}'";
+    if (expected == "; expected ']'") return "; expected ',' or ']'";
+    return std::string(expected);
+}
+
 /// "[json...] parse error at line 1, column 2: syntax error ...; last read: 'x'; expected ..." without what the place
 /// tells already.
 std::string ReasonOf(std::string_view message) {
     message.remove_prefix(std::min(message.find("] ") + 2, message.size()));
     if (message.starts_with("parse error at")) message.remove_prefix(message.find(": ") + 2);
-    const size_t read = message.find("; last read: ");
-    std::string reason(message.substr(0, read));
-    const size_t expected = message.rfind("; expected ");
-    if (read != std::string_view::npos && expected != std::string_view::npos && expected > read)
-        reason += message.substr(expected);
+    const size_t read = message.find("; last read: "), expected = message.rfind("; expected ");
+    std::string reason(message.substr(0, std::min(read, expected)));
+    if (expected != std::string_view::npos) reason += ReadableExpectation(message.substr(expected));
     return reason;
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/script/word_wrap.h"
 #include "tools/title_file.h"
 #include "tools/title_setup.h"
 
@@ -85,11 +86,20 @@ StringRuler::Layout StringRuler::LayoutOf(const ScriptString& string) {
 
 TitleRectF StringRuler::BoxOf(const ScriptString& string) {
     const int32_t index = Add(string);
-    TitleRectF box{}, column{};
+    TitleRectF box{};
     title_->GetStringRect(index, &box);
-    // Columns go left from the first one, which stands at the corner.
-    if (string.placement.isVertical && title_->GetLineRect(index, 0, &column) == kTitleOk)
-        box.x = column.width - box.width;
+    if (string.placement.isVertical) {
+        // Columns go left from the corner, and their letters stand a leading to the left of them.
+        float left = HUGE_VALF, right = -HUGE_VALF;
+        for (int32_t i = 0; i < title_->GetCharCount(index); ++i) {
+            TitleRectF character{};
+            if (title_->GetCharRect(index, i, &character, 0) != kTitleOk) continue;  // a paragraph's end
+            left = std::min(left, character.x);
+            right = std::max(right, character.x + character.width);
+        }
+        box.x = left;
+        box.width = right - left;
+    }
     title_->RemoveAllStrings();
     return Turned(box, string.placement.rotateDegree);
 }
@@ -136,7 +146,8 @@ void BuildTitle(IKVT_CaptionFx& title, const TitleScript& script, FrameSize usua
     StringRuler ruler(isVertical);
     std::vector<std::vector<Keyframe>> keys;
     title.RemoveAllStrings();
-    for (const ScriptString& string : script.strings) {
+    for (const ScriptString& written : script.strings) {
+        const ScriptString string = WrappedAtWords(ruler, written);
         AddScriptString(title, string, CornerOf(ruler, string, page));
         keys.push_back(KeyframesOf(string.timeline, duration));
     }

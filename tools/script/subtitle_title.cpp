@@ -7,6 +7,7 @@
 
 #include "tools/colors.h"
 #include "tools/script/script_title.h"
+#include "tools/script/word_wrap.h"
 
 namespace captionfx {
 namespace {
@@ -30,6 +31,12 @@ std::vector<TimedRun> RunsOf(const SubtitleCue& cue, const TextStyle& style) {
         runs.push_back(std::move(timed));
     }
     return runs;
+}
+
+std::vector<ScriptRun> WholeOf(const std::vector<TimedRun>& timed) {
+    std::vector<ScriptRun> runs;
+    for (const TimedRun& run : timed) runs.push_back(run.run);
+    return Merged(std::move(runs));
 }
 
 /// From `start` to `end`; an entrance and an exit that do not fit are shortened alike.
@@ -128,10 +135,13 @@ public:
           stack_(!style.cue->placement.corner && style.cue->placement.anchor.row == 0) {}
 
     void Add(const SubtitleCue& cue, std::vector<ScriptString>& strings) {
-        const std::vector<TimedRun> runs = RunsOf(cue, style_);
+        std::vector<TimedRun> runs = RunsOf(cue, style_);
         ScriptString whole = cue_;
-        for (const TimedRun& timed : runs) whole.runs.push_back(timed.run);
-        whole.runs = Merged(whole.runs);
+        whole.runs = WholeOf(runs);
+        std::vector<std::u16string*> texts;
+        for (TimedRun& timed : runs) texts.push_back(&timed.run.text);
+        BreakLines(texts, BlanksToBreakAt(ruler_, whole));
+        whole.runs = WholeOf(runs);
         whole.timeline = TimelineOf(cue_.timeline, cue.start, cue.end);
 
         Position corner = CornerOf(ruler_, whole, page_);

@@ -57,19 +57,22 @@ void Append(std::vector<Keyframe>& keys, float time, const std::string& effect, 
     keys.push_back({.time = std::max(time, earliest), .effect = effect, .progress = progress});
 }
 
-/// The shortest decimal that a file's six decimals do not tell from the difference of two times.
+/// A sum of times, to the microseconds that a file keeps: 2.15 and 1.7 make the 3.85 that is read back, not its
+/// neighbour.
+float Sum(float a, float b) {
+    constexpr double kMicroseconds = 1e6;
+    const double exact = static_cast<double>(a) + static_cast<double>(b);
+    return static_cast<float>(std::round(exact * kMicroseconds) / kMicroseconds);
+}
+
+/// The shortest decimal that makes `later` when it is added to `earlier`.
 float Difference(float later, float earlier) {
     const double exact = static_cast<double>(later) - static_cast<double>(earlier);
     for (double unit = 1; unit <= 1e6; unit *= 10) {
-        const double rounded = std::round(exact * unit) / unit;
-        if (static_cast<float>(static_cast<double>(earlier) + rounded) == later) return static_cast<float>(rounded);
+        const auto rounded = static_cast<float>(std::round(exact * unit) / unit);
+        if (Sum(earlier, rounded) == later) return rounded;
     }
     return static_cast<float>(exact);
-}
-
-/// Sums of times are rounded once.
-float Sum(float a, float b) {
-    return static_cast<float>(static_cast<double>(a) + static_cast<double>(b));
 }
 
 }  // namespace

@@ -8,31 +8,17 @@
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 
+#include "platform/linux/libxml_owned.h"
+#include "platform/linux/parsed_xml.h"
 #include "platform/utf16.h"
 
 namespace captionfx {
 namespace {
 
-// A title is one file: nothing is fetched, and the parser's limits on depth and on the length of a name or value stay
-// in force.
-constexpr int kParseOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_COMPACT;
-
-struct Free {
-    void operator()(xmlDoc* document) const noexcept { xmlFreeDoc(document); }
-    void operator()(xmlParserCtxt* parser) const noexcept { xmlFreeParserCtxt(parser); }
-    void operator()(xmlBuffer* buffer) const noexcept { xmlBufferFree(buffer); }
-    void operator()(xmlChar* text) const noexcept { xmlFree(text); }
+struct CloseFile {
     void operator()(std::FILE* file) const noexcept { std::fclose(file); }
 };
-template <class Type>
-using Owned = std::unique_ptr<Type, Free>;
-
-/// What libxml2 allocated; null means that memory ran out.
-template <class Type>
-Owned<Type> Checked(Type* allocated) {
-    if (allocated == nullptr) throw std::bad_alloc();
-    return Owned<Type>(allocated);
-}
+using OwnedFile = std::unique_ptr<std::FILE, CloseFile>;
 
 const xmlChar* XmlText(const char* text) {
     return reinterpret_cast<const xmlChar*>(text);
@@ -40,6 +26,10 @@ const xmlChar* XmlText(const char* text) {
 
 xmlNode* Raw(const XmlNode& node) {
     return static_cast<xmlNode*>(node.Handle.get());
+}
+
+ParsedXml::Element* Parsed(const XmlNode& node) {
+    return static_cast<ParsedXml::Element*>(node.Handle.get());
 }
 
 /// A node that is only borrowed: documents and hosts own theirs.
@@ -52,38 +42,14 @@ bool IsElement(const xmlNode& node, const char* name) {
     return node.type == XML_ELEMENT_NODE && isPlain && xmlStrEqual(node.name, XmlText(name)) != 0;
 }
 
-/// Keeps libxml2 from printing while it stands: some errors pass by the parser's options. The handler belongs to the
-/// thread, and may be the host's.
-class Silence {
-public:
-    Silence() {
-        xmlSetStructuredErrorFunc(nullptr, [](void* /*context*/, xmlError* /*error*/) {});
-    }
-    Silence(const Silence&) = delete;
-    Silence& operator=(const Silence&) = delete;
-    ~Silence() { xmlSetStructuredErrorFunc(context_, handler_); }
-
-private:
-    void* const context_ = xmlStructuredErrorContext;
-    const xmlStructuredErrorFunc handler_ = xmlStructuredError;
-};
-
-/// Titles have no entities of their own, and a few nested ones can keep a parser busy for hours.
-void RefuseEntity(void* parser, const xmlChar* /*name*/, int /*type*/, const xmlChar* /*publicId*/,
-                  const xmlChar* /*systemId*/, xmlChar* /*content*/) {
-    xmlStopParser(static_cast<xmlParserCtxt*>(parser));
-}
-
 class LibxmlDocument final : public XmlDocument {
 public:
-    LibxmlDocument() : document_(Checked(xmlNewDoc(XmlText("1.0")))) {}
+    LibxmlDocument() : document_(LibxmlChecked(xmlNewDoc(XmlText("1.0")))) {}
 
-    bool LoadText(std::u16string_view text) override {
-        return Parse(std::as_bytes(std::span(text)), "UTF-16LE", XML_PARSE_IGNORE_ENC);
-    }
+    bool LoadText(std::u16string_view text) override { return Parse(std::as_bytes(std::span(text)), "UTF-16LE"); }
 
     bool LoadFile(std::u16string_view path) override {
-        const Owned<std::FILE> file(std::fopen(Utf8Of(path).c_str(), "rbe"));
+        const OwnedFile file(std::fopen(Utf8Of(path).c_str(), "rbe"));
         if (!file) return false;
         std::vector<uint8_t> bytes;
         constexpr size_t kBlock = 1U << 16U;
@@ -95,13 +61,13 @@ public:
             if (count < kBlock || size > kLongestText) break;
         }
         if (std::ferror(file.get()) != 0) return false;  // a folder opens, but cannot be read
-        return Parse(std::as_bytes(std::span(bytes)), nullptr, 0);
+        return Parse(std::as_bytes(std::span(bytes)), nullptr);
     }
 
     bool SaveFile(std::u16string_view path) override {
         const std::vector<uint8_t> bytes = Save();  // a document that cannot be written leaves an old file alone
         if (bytes.empty()) return false;
-        Owned<std::FILE> file(std::fopen(Utf8Of(path).c_str(), "wbe"));
+        OwnedFile file(std::fopen(Utf8Of(path).c_str(), "wbe"));
         if (!file) return false;
         const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
         // A full disk often shows only when the last block leaves the buffer.
@@ -110,15 +76,16 @@ public:
     }
 
     std::vector<uint8_t> Save() override {
+        if (parsed_) return {};
         xmlChar* text = nullptr;
         int size = 0;
-        const Silence silence;
+        const LibxmlSilence silence;
         xmlDocDumpMemoryEnc(document_.get(), &text, &size, "UTF-16");
-        const Owned<xmlChar> owned(text);
+        const LibxmlOwned<xmlChar> owned(text);
         return owned && size > 0 ? std::vector<uint8_t>(text, text + size) : std::vector<uint8_t>();
     }
 
-    XmlNode Document() override { return Borrowed(document_.get()); }
+    XmlNode Document() override { return parsed_ ? Borrowed(&parsed_->Document()) : Borrowed(document_.get()); }
 
     XmlNode NodeOf(void* element) override {
         const auto* const node = static_cast<const xmlNode*>(element);
@@ -126,23 +93,26 @@ public:
     }
 
     XmlNode Child(const XmlNode& parent, const char* name) override {
-        for (xmlNode* child = FirstChild(parent); child != nullptr; child = child->next) {
-            if (IsElement(*child, name)) return Borrowed(child);
-        }
-        return {};
+        XmlNode first;
+        ForEachChild(parent, name, [&](void* child) {
+            first = Borrowed(child);
+            return false;
+        });
+        return first;
     }
 
     std::vector<XmlNode> Children(const XmlNode& parent, const char* name) override {
         std::vector<XmlNode> children;
-        for (xmlNode* child = FirstChild(parent); child != nullptr; child = child->next) {
-            if (IsElement(*child, name)) children.push_back(Borrowed(child));
-        }
+        ForEachChild(parent, name, [&](void* child) {
+            children.push_back(Borrowed(child));
+            return true;
+        });
         return children;
     }
 
     XmlNode AddChild(const XmlNode& parent, const char* name) override {
         xmlNode* const to = Raw(parent);
-        if (to == nullptr) return {};
+        if (to == nullptr || parsed_) return {};
         xmlNode* const child = xmlNewDocNode(to->doc, nullptr, XmlText(name), nullptr);
         if (child == nullptr) throw std::bad_alloc();
         return Borrowed(xmlAddChild(to, child));
@@ -150,13 +120,15 @@ public:
 
     std::optional<std::string> Attribute(const XmlNode& node, const char* name) override {
         if (!node) return std::nullopt;
+        if (parsed_) {
+            const auto value = Parsed(node)->Find(name);
+            return value ? std::optional<std::string>(*value) : std::nullopt;
+        }
         const xmlAttr* const attribute = xmlHasNsProp(Raw(node), XmlText(name), nullptr);
         if (attribute == nullptr) return std::nullopt;
         const xmlNode* const value = attribute->children;
         if (value == nullptr) return std::string();
-        // Nearly always: one text, which needs no copy of libxml2's.
-        if (value->type == XML_TEXT_NODE && value->next == nullptr) return TextOf(value->content);
-        const Owned<xmlChar> text(xmlNodeListGetString(attribute->doc, value, 1));
+        const LibxmlOwned<xmlChar> text(xmlNodeListGetString(attribute->doc, value, 1));
         return TextOf(text.get());
     }
 
@@ -171,23 +143,30 @@ private:
         return text == nullptr ? std::string() : std::string(reinterpret_cast<const char*>(text));
     }
 
-    static xmlNode* FirstChild(const XmlNode& parent) { return parent ? Raw(parent)->children : nullptr; }
+    /// Until `use` returns false.
+    template <class Use>
+    void ForEachChild(const XmlNode& parent, const char* name, Use use) const {
+        if (!parent) return;
+        if (parsed_) {
+            for (ParsedXml::Element* child = Parsed(parent)->FirstChild; child != nullptr; child = child->Next) {
+                if (child->Name == name && !use(child)) return;
+            }
+        } else {
+            for (xmlNode* child = Raw(parent)->children; child != nullptr; child = child->next) {
+                if (IsElement(*child, name) && !use(child)) return;
+            }
+        }
+    }
 
-    bool Parse(std::span<const std::byte> text, const char* encoding, int options) {
-        if (text.empty() || text.size() > kLongestText) return false;
-        const Silence silence;
-        const Owned<xmlParserCtxt> parser = Checked(xmlNewParserCtxt());
-        parser->sax->entityDecl = &RefuseEntity;
-        Owned<xmlDoc> parsed(xmlCtxtReadMemory(parser.get(), reinterpret_cast<const char*>(text.data()),
-                                               static_cast<int>(text.size()), nullptr, encoding,
-                                               kParseOptions | options));
-        if (parser->errNo == XML_ERR_NO_MEMORY) throw std::bad_alloc();
-        if (!parsed) return false;
-        document_ = std::move(parsed);
+    bool Parse(std::span<const std::byte> text, const char* encoding) {
+        auto parsed = std::make_unique<ParsedXml>();
+        if (!parsed->Parse(text, encoding)) return false;
+        parsed_ = std::move(parsed);
         return true;
     }
 
-    Owned<xmlDoc> document_;
+    std::unique_ptr<ParsedXml> parsed_;  ///< What was loaded; no document is built then.
+    LibxmlOwned<xmlDoc> document_;
 };
 
 }  // namespace

@@ -6,10 +6,12 @@
 #include <iterator>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "tests/tools/process.h"
 #include "tests/tools/scratch_folder.h"
@@ -88,7 +90,7 @@ TEST_F(ScriptCommands, ExamplesComeBackAsTheyWere) {
         EXPECT_THAT(Convert(Path("b.json"), "c.xml"), IsEmpty());
         EXPECT_EQ(Read("a.xml"), Read("c.xml")) << name;
     }
-    EXPECT_THAT(Read("b.json"), HasSubstr("\"in\": {\"effect\": \"trance-center\", \"seconds\": 0.7}"));
+    EXPECT_THAT(Read("b.json"), HasSubstr("\"in\": {\"effect\": \"trance-center\", \"seconds\": 0.8}"));
 }
 
 TEST_F(ScriptCommands, StylesTextsAndTurnsComeBackAsTheyWere) {
@@ -145,6 +147,17 @@ TEST_F(ScriptCommands, AnchorsPutTheMeasuredTextIntoTheFrame) {
     EXPECT_NEAR(turned.y, 0, 1.01);
 }
 
+// Two columns at each edge: the letters lie beside their columns, and none may be cut.
+TEST_F(ScriptCommands, AnchorsKeepVerticalTextInTheFrame) {
+    const std::string text = R"("text": "縦書\n書縦", "size": 30, "vertical": true, "anchor": )";
+    const PngImage frame = Frame(
+        Write("a.json", R"({"frame": "300x150", "strings": [{)" + text + R"("left"}, {)" + text + "\"right\"}]}"), "0");
+    EXPECT_GT(Ink(frame, 0, 60), 500U);
+    EXPECT_EQ(Ink(frame, 0, 150), Ink(frame, 150, 300));
+    EXPECT_GT(Ink(frame, 290, 300), 0U) << "up to the edge";
+    EXPECT_GT(Ink(frame, 0, 10), 0U);
+}
+
 TEST_F(ScriptCommands, AllStringsAtRestAreInEveryFrame) {
     const std::string script = Write("a.json", R"({"frame": "200x60", "strings": [
         {"text": "II", "size": 40, "anchor": "left"}, {"text": "II", "size": 40, "anchor": "right"}]})");
@@ -155,6 +168,16 @@ TEST_F(ScriptCommands, AllStringsAtRestAreInEveryFrame) {
         const PngImage frame = ReadPng(scratch_ / name);
         EXPECT_GT(Ink(frame, 0, 100), 100U) << name;
         EXPECT_GT(Ink(frame, 100, 200), 100U) << name;
+    }
+}
+
+TEST_F(ScriptCommands, TheTitleEndsWhereItsDurationSays) {
+    for (const auto& [duration, frames] : {std::pair{"1.5", 3}, {"3", 6}}) {
+        const std::string script = Write("a.json", std::string(R"({"frame": "64x36", "duration": )") + duration +
+                                                       R"(, "strings": [{"text": "I", "hold": 2}]})");
+        const ProcessResult result =
+            RunTool(scratch_, {"render", script, "--fps", "2", "--format", "bgra", "-o", "-", "--quiet"});
+        EXPECT_EQ(result.output.size(), static_cast<size_t>(frames) * 64 * 36 * 4) << duration;
     }
 }
 
@@ -203,6 +226,33 @@ TEST_F(ScriptCommands, OverlappingSubtitlesStackAwayFromTheirEdge) {
     }
 }
 
+TEST_F(ScriptCommands, SubtitlesAreDrawnInTheirStyleWithoutAFileBetween) {
+    const std::string talk = std::string(kExamples) + "talk.srt", style = std::string(kExamples) + "subtitles.json";
+    Convert(talk, "a.json", {"--style", style});
+    const PngImage wanted = Frame(Path("a.json"), "2.5", {"--frame", "480x270"});
+    EXPECT_EQ(Frame(talk, "2.5", {"--frame", "480x270", "--style", style}).pixels, wanted.pixels);
+    EXPECT_NE(Frame(talk, "2.5", {"--frame", "480x270"}).pixels, wanted.pixels) << "the usual style";
+    for (const char* name : {"a.png", "b.png"}) {
+        const std::string title = name[0] == 'a' ? talk : Path("a.json");
+        std::vector<std::string> preview{"preview", title, "--at", "2.5", "-o", Path(name)};
+        if (title == talk) preview.insert(preview.end(), {"--style", style});
+        EXPECT_EQ(RunTool(scratch_, preview).errors, "");
+    }
+    EXPECT_EQ(Read("a.png"), Read("b.png"));
+}
+
+// The times of the example are tenths of seconds less two passages of 0.15 s, which floats do not add up to.
+TEST_F(ScriptCommands, SubtitlesBecomeScriptsWithPlainTimes) {
+    for (const char* name : {"talk.srt", "talk.vtt"}) {
+        Convert(std::string(kExamples) + name, "a.json", {"--style", std::string(kExamples) + "subtitles.json"});
+        const nlohmann::json script = nlohmann::json::parse(Read("a.json"));
+        for (const nlohmann::json& string : script.at("strings")) {
+            ASSERT_TRUE(string.contains("hold")) << string.at("text");
+            EXPECT_LE(string.at("hold").dump().size(), 3U) << string.at("text");
+        }
+    }
+}
+
 TEST_F(ScriptCommands, TimedWordsStandWhereTheWholeTextHasThem) {
     const std::string style =
         Write("style.json", R"({"frame": "480x270", "cue": {"size": 30, "widthLimit": 300, "anchor": "bottom"}})");
@@ -228,10 +278,15 @@ TEST_F(ScriptCommands, WrongFilesGiveOneLine) {
         std::string error;
     } rows[] = {
         {{"render", Write("a.json", "{\n\"strings\": 1}"), "-o", Path("a.png")}, "a.json:2:12: strings: expected"},
+        {{"show", Write("b.srt",
+                        "\xFF\xFE"
+                        "1")},
+         "b.srt:1:1: the text is UTF-16; save it as UTF-8"},
         {{"show", Write("a.srt", "1\n")}, "a.srt:1:1: expected times"},
         {{"show", std::string(kExamples) + "subtitles.json"}, "subtitles.json:1:1: this is a style for subtitles"},
         {{"convert", talk, Path("a.xml"), "--style", hello}, "hello.json:1:1: this is a title, not a style"},
         {{"convert", hello, Path("a.xml"), "--style", hello}, "hello.json: a style is for subtitles"},
+        {{"render", hello, "--style", hello, "-o", Path("a.png")}, "hello.json: a style is for subtitles"},
         {{"convert", hello, Path("a.yaml")}, "a.yaml' must end in .xml or .json"},
         {{"convert", Path("none.json"), Path("a.xml")}, "none.json: cannot be opened: No such file"},
     };

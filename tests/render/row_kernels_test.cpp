@@ -1,0 +1,194 @@
+// The row loops of every vector width against the plain ones.
+#include "render/kernels/row_kernels.h"
+
+#include <algorithm>
+#include <functional>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "render/pixel.h"
+
+namespace captionfx::test {
+namespace {
+
+/// Rows of random pixels, among them many that are clear, opaque or extreme.
+class RandomRows {
+public:
+    uint32_t Pixel(bool isPlanePixel) {
+        const uint32_t alpha = Byte();
+        if (isPlanePixel && alpha == 0) return 0;
+        return Byte() | Byte() << 8U | Byte() << 16U | alpha << 24U;
+    }
+    uint32_t Byte() {
+        constexpr uint32_t kExtreme[] = {0, 0, 0, 1, 127, 128, 254, 255, 255, 255};
+        const auto number = static_cast<uint32_t>(random_());
+        return number % 3 == 0 ? number >> 24U : kExtreme[number / 3 % std::size(kExtreme)];
+    }
+    std::vector<uint32_t> Row(size_t count, bool isPlane) {
+        // Now and then a row of one kind, so that what is passed over as a whole is tried too.
+        const bool isClear = Byte() == 1, isOpaque = Byte() == 254;
+        std::vector<uint32_t> row(count);
+        for (uint32_t& pixel : row) {
+            pixel = isClear ? 0 : Pixel(isPlane);
+            if (isOpaque) pixel |= 0xFF000000U;
+        }
+        return row;
+    }
+    CoveragePlacement Placement() {
+        const auto fraction = [&] { return static_cast<float>(random_() % 1001) / 1000; };
+        const float fx = fraction(), fy = fraction();
+        const auto weight = [](float product) { return static_cast<uint32_t>(static_cast<double>(product) * 65356.0); };
+        return {.W00 = weight(fx * fy),
+                .W10 = weight((1 - fx) * fy),
+                .W01 = weight(fx * (1 - fy)),
+                .W11 = weight((1 - fx) * (1 - fy)),
+                .Alpha = std::max(1U, Byte()),
+                .Color = Pixel(false) & kColorMask};
+    }
+
+private:
+    std::mt19937 random_{7};
+};
+
+constexpr size_t kMostPixels = 80, kGuard = 3;
+
+/// Runs both on the same row between guards, and says what differs.
+void Compare(const std::vector<uint32_t>& row, const std::function<void(uint32_t*)>& plain,
+             const std::function<void(uint32_t*)>& vectors, size_t width) {
+    std::vector<uint32_t> guarded(kGuard, 0x5A5A5A5A);
+    guarded.insert(guarded.end(), row.begin(), row.end());
+    guarded.resize(row.size() + 2 * kGuard, 0x5A5A5A5A);
+    std::vector<uint32_t> expected = guarded, actual = guarded;
+    plain(expected.data() + kGuard);
+    vectors(actual.data() + kGuard);
+    const auto [want, got] = std::ranges::mismatch(expected, actual);
+    ASSERT_EQ(want, expected.end()) << "pixel " << want - expected.begin() - static_cast<int>(kGuard) << " of "
+                                    << row.size() << ", width no. " << width << std::hex << ": " << *got
+                                    << " instead of " << *want << ", was "
+                                    << guarded[static_cast<size_t>(want - expected.begin())];
+}
+
+TEST(RowKernelsTest, AllWidthsGiveThePlainBytes) {
+    const std::vector<const RowKernels*> all = VectorRowKernels();
+    ASSERT_FALSE(all.empty());
+    const RowKernels& plain = PlainRowKernels();
+    RandomRows random;
+    using Blend = void (*RowKernels::*)(uint32_t*, const uint32_t*, size_t);
+    using Change = void (*RowKernels::*)(uint32_t*, size_t);
+    constexpr Blend kBlends[] = {&RowKernels::MergeFaceOverBorder, &RowKernels::CompositeStraight,
+                                 &RowKernels::CompositePremultiplied, &RowKernels::CompositePremultipliedOnto};
+    constexpr Change kChanges[] = {&RowKernels::Premultiply, &RowKernels::Unpremultiply};
+    for (size_t round = 0; round < 20 * kMostPixels; ++round) {
+        const size_t count = round % (kMostPixels + 1);
+        const std::vector<uint32_t> row = random.Row(count, false), source = random.Row(count, false);
+        for (size_t width = 0; width < all.size(); ++width) {
+            const auto compare = [&](const auto& pixels, const auto& run) {
+                Compare(
+                    pixels, [&](uint32_t* out) { run(plain, out); }, [&](uint32_t* out) { run(*all[width], out); },
+                    width);
+            };
+            for (const Blend blend : kBlends) {
+                compare(row, [&](const RowKernels& rows, uint32_t* out) { (rows.*blend)(out, source.data(), count); });
+            }
+            for (const Change change : kChanges) {
+                compare(row, [&](const RowKernels& rows, uint32_t* out) { (rows.*change)(out, count); });
+            }
+            if (HasFatalFailure()) return;
+        }
+    }
+}
+
+TEST(RowKernelsTest, MergedPlanesAreThoseOfThreeSteps) {
+    RandomRows random;
+    std::vector<const RowKernels*> all = VectorRowKernels();
+    all.push_back(&PlainRowKernels());
+    for (size_t round = 0; round < 10 * kMostPixels; ++round) {
+        const size_t count = round % (kMostPixels + 1);
+        const std::vector<uint32_t> face = random.Row(count, true), border = random.Row(count, true),
+                                    shadow = random.Row(count, true);
+        std::vector<uint32_t> merged = border, image = shadow;
+        PlainRowKernels().MergeFaceOverBorder(merged.data(), face.data(), count);
+        PlainRowKernels().CompositePremultipliedOnto(image.data(), merged.data(), count);
+        for (const RowKernels* rows : all) {
+            std::vector<uint32_t> f = face, b = border, s = shadow;
+            rows->MergePlanes(f.data(), b.data(), s.data(), count);
+            ASSERT_EQ(s, image) << count;
+            ASSERT_EQ(f, std::vector<uint32_t>(count)) << "left for the next string";
+            ASSERT_EQ(b, f);
+
+            const std::vector<uint32_t> below = random.Row(count, false);
+            std::vector<uint32_t> straight = below, premultiplied = below;
+            PlainRowKernels().CompositePremultiplied(straight.data(), image.data(), count);
+            PlainRowKernels().CompositePremultipliedOnto(premultiplied.data(), image.data(), count);
+            for (const bool isStraight : {true, false}) {
+                std::vector<uint32_t> onto = below, face2 = face, border2 = border, shadow2 = shadow;
+                (isStraight ? rows->FinishStraight : rows->FinishPremultiplied)(onto.data(), face2.data(),
+                                                                                border2.data(), shadow2.data(), count);
+                ASSERT_EQ(onto, isStraight ? straight : premultiplied) << count;
+                ASSERT_EQ(shadow2, f);
+            }
+        }
+    }
+}
+
+/// A layer with rows that are empty, full, or hold something in the middle.
+CoverageLayer RandomCoverage(RandomRows& random, int32_t width, int32_t height) {
+    CoverageLayer layer(width, height);
+    for (int32_t y = 0; y < height; ++y) {
+        const auto first = static_cast<int32_t>(random.Byte()) % (width + 1),
+                   end = static_cast<int32_t>(random.Byte()) % (width + 1);
+        for (int32_t x = first; x < end; ++x) layer.Row(y)[x] = static_cast<uint8_t>(random.Byte());
+    }
+    layer.FindSpans();
+    return layer;
+}
+
+TEST(RowKernelsTest, PlacementsAreThePlainOnes) {
+    constexpr int32_t kPadding = kPixelPadding;
+    RandomRows random;
+    for (int32_t round = 0; round < 1500; ++round) {
+        const int32_t width = 1 + round % 60, height = 1 + round % 5;
+        const CoverageLayer layer = RandomCoverage(random, width, height);
+        const CoveragePlacement placement = random.Placement();
+        // All of the layer, with its fraction, or a part of it.
+        const bool isWhole = round % 3 != 0;
+        const int32_t left = isWhole ? 0 : round % width, right = isWhole ? width + 1 : left + (width + 1 - left) / 2;
+        const auto pitch = static_cast<std::ptrdiff_t>(width) + 1 + kPadding;
+        const CoverageRows rows{.Samples = layer.Row(-1),
+                                .Spans = layer.Spans(-1),
+                                .Pitch = layer.Pitch(),
+                                .Count = height + 1,
+                                .Left = left,
+                                .Right = right,
+                                .Column = 0,
+                                .MayOverrun = isWhole && round % 2 == 0};
+        const std::vector<uint32_t> plane = random.Row(static_cast<size_t>(pitch * (height + 1)), true);
+        std::vector<uint32_t> expected = plane;
+        PlainRowKernels().PlaceCoverage(expected.data(), pitch, rows, placement);
+        for (const RowKernels* kernels : VectorRowKernels()) {
+            std::vector<uint32_t> actual = plane;
+            kernels->PlaceCoverage(actual.data(), pitch, rows, placement);
+            const auto [want, got] = std::ranges::mismatch(expected, actual);
+            ASSERT_EQ(want, expected.end())
+                << "round " << round << ", pixel " << (want - expected.begin()) % pitch << " of row "
+                << (want - expected.begin()) / pitch << std::hex << ": " << *got << " instead of " << *want;
+        }
+    }
+}
+
+TEST(RowKernelsTest, UnpremultiplyAllPairs) {
+    for (const RowKernels* rows : VectorRowKernels()) {
+        for (uint32_t a = 0; a < 256; ++a) {
+            std::vector<uint32_t> expected(256), actual;
+            for (uint32_t c = 0; c < 256; ++c) expected[c] = a << 24U | c << 16U | (255 - c) << 8U | c;
+            actual = expected;
+            PlainRowKernels().Unpremultiply(expected.data(), 256);
+            rows->Unpremultiply(actual.data(), 256);
+            ASSERT_EQ(expected, actual) << a;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace captionfx::test
