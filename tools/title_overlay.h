@@ -50,7 +50,7 @@ public:
 
     [[nodiscard]] FrameSize Frame() const { return frame_; }
 
-    /// Seconds from 0 to the end of the last string; 0 for a still.
+    /// Seconds, the script's own or to the last keyframe; 0 for a still.
     [[nodiscard]] float Duration() const { return duration_; }
 
     /// The title itself. It is drawn here alone.

@@ -104,7 +104,7 @@ class Title:
 
     @property
     def duration(self) -> float:
-        """Seconds from 0 to the end of the last string; 0.0 for a title without a timeline."""
+        """Seconds, those that were given or to the end of the last string; 0.0 for a still."""
         return self._core.duration
 
     @property
