@@ -1,11 +1,14 @@
 # What other programs load: the Python module and the plugins. Each is built where what it needs is installed, or where it
 # is asked for. They are no use with a sanitizer: the programs that load them are built without.
 include(CMakeDependentOption)
+if(WIN32)
+    return()
+endif()
 
 find_package(Python 3.10 QUIET COMPONENTS Interpreter Development.Module)
 find_package(pybind11 2.10 QUIET CONFIG)
-set(canLoadPlugins "CAPTIONFX_TOOLS;UNIX;NOT CAPTIONFX_SANITIZE")
-cmake_dependent_option(CAPTIONFX_PYTHON "Build the Python module" ${pybind11_FOUND} "${canLoadPlugins}" OFF)
+set(canLoadPlugins "CAPTIONFX_TOOLS;NOT CAPTIONFX_SANITIZE")
+cmake_dependent_option(CAPTIONFX_PYTHON "Build the Python module" "${pybind11_FOUND}" "${canLoadPlugins}" OFF)
 if(CAPTIONFX_PYTHON)
     find_package(pybind11 2.10 REQUIRED CONFIG)
     add_subdirectory(python)
