@@ -6,6 +6,7 @@
 
 #include "host/caption_fx.h"
 #include "platform/conversions.h"
+#include "render/kernels/mask_kernels.h"
 
 namespace captionfx {
 namespace {
@@ -29,7 +30,7 @@ int16_t KernelValue(int32_t x, int32_t y, double rx, double ry) {
 }
 
 BorderKernel BuildKernel(float radiusX, float radiusY) {
-    BorderKernel kernel{{}, ReachOf(radiusX), ReachOf(radiusY)};
+    BorderKernel kernel{{}, ReachOf(radiusX), ReachOf(radiusY), {}};
     kernel.Values.reserve((2 * static_cast<size_t>(kernel.Cx) + 1) * (2 * static_cast<size_t>(kernel.Cy) + 1));
     for (int32_t y = -kernel.Cy; y <= kernel.Cy; ++y) {
         for (int32_t x = -kernel.Cx; x <= kernel.Cx; ++x) {
@@ -37,7 +38,15 @@ BorderKernel BuildKernel(float radiusX, float radiusY) {
                 KernelValue(std::abs(x), std::abs(y), static_cast<double>(radiusX), static_cast<double>(radiusY)));
         }
     }
+    kernel.Plan = MakeDilationPlan(kernel.Values, kernel.Cx, kernel.Cy);
     return kernel;
+}
+
+/// What a kernel takes in the cache, in values of two bytes.
+size_t CacheShare(const BorderKernel& kernel) {
+    return kernel.Values.size() +
+           (kernel.Plan.Taps.size() * sizeof(DilationPlan::Tap) + kernel.Plan.Runs.size() * sizeof(DilationPlan::Run)) /
+               sizeof(int16_t);
 }
 
 /// Raises the destination around (x, y) of the mask to kernel + `level`, at most 255.
@@ -62,13 +71,11 @@ bool IsEdge(const CoverageMask& mask, int32_t x, int32_t y) {
     return at[0] > at[-1] || at[0] > at[1] || at[0] > at[-mask.Width] || at[0] > at[mask.Width];
 }
 
-/// Calls combine(destination byte, mask byte) for each byte of the mask, laid at (left, top) of the destination.
+/// Calls combine(destination row, mask row, count) for each row of the mask, laid at (left, top) of the destination.
 template <class Combine>
 void CombineAt(CoverageMask& destination, const CoverageMask& mask, int32_t left, int32_t top, Combine combine) {
     for (int32_t y = 0; y < mask.Height; ++y) {
-        uint8_t* const out = destination.Row(top + y) + left;
-        const uint8_t* const in = mask.Row(y);
-        for (int32_t x = 0; x < mask.Width; ++x) out[x] = combine(out[x], in[x]);
+        combine(destination.Row(top + y) + left, mask.Row(y), static_cast<size_t>(mask.Width));
     }
 }
 
@@ -90,19 +97,30 @@ int32_t CBorder::GetKernel(std::shared_ptr<const BorderKernel>* kernel, float ra
         return kTitleOk;
     }
     *kernel = std::make_shared<const BorderKernel>(BuildKernel(radiusX, radiusY));
-    if (cachedValues_ + (*kernel)->Values.size() > kMostCachedValues) {
+    if (cachedValues_ + CacheShare(**kernel) > kMostCachedValues) {
         kernels_.clear();
         cachedValues_ = 0;
     }
     kernels_.emplace(std::pair(radiusX, radiusY), *kernel);
-    cachedValues_ += (*kernel)->Values.size();
+    cachedValues_ += CacheShare(**kernel);
     return kTitleOk;
 }
 
 void CBorder::DilateMask(const CoverageMask& mask, CoverageMask& destination, const BorderKernel& kernel) {
+    Dilator* const dilate = BestDilator();
+    const bool isWhole = destination.Width == mask.Width + 2 * kernel.Cx &&
+                         destination.Height == mask.Height + 2 * kernel.Cy && mask.Width > 0 && mask.Height > 0;
+    if (dilate == nullptr || !isWhole || kernel.Cx < 1 || kernel.Cy < 1) {
+        return DilateMaskPlain(mask, destination, kernel);
+    }
+    DilateByPlan(mask, destination, kernel.Plan, dilate);
+}
+
+void CBorder::DilateMaskPlain(const CoverageMask& mask, CoverageMask& destination, const BorderKernel& kernel) {
     std::ranges::fill(destination.Bytes, uint8_t{0});
     if (kernel.Cx < 1 || kernel.Cy < 1) {
-        return CombineAt(destination, mask, kernel.Cx, kernel.Cy, [](uint8_t, uint8_t in) { return in; });
+        return CombineAt(destination, mask, kernel.Cx, kernel.Cy,
+                         [](uint8_t* out, const uint8_t* in, size_t count) { std::copy_n(in, count, out); });
     }
     for (int32_t y = 0; y < mask.Height; ++y) {
         for (int32_t x = 0; x < mask.Width; ++x) {
@@ -125,8 +143,7 @@ int32_t CBorder::MakeRing(const CoverageMask& mask, CoverageMask& ring, float ra
         return status;
     }
     DilateMask(mask, ring, *kernel);
-    CombineAt(ring, mask, (ring.Width - mask.Width) / 2, (ring.Height - mask.Height) / 2,
-              [](uint8_t dilated, uint8_t glyph) { return static_cast<uint8_t>(dilated - glyph); });
+    CombineAt(ring, mask, (ring.Width - mask.Width) / 2, (ring.Height - mask.Height) / 2, BestMaskKernels().TakeMask);
     return kTitleOk;
 }
 
@@ -147,8 +164,7 @@ std::optional<BorderMasks> MakeBorderMasks(const CoverageMask& mask, float radiu
     if (!ring) return std::nullopt;
     SharedBorder().MakeRing(mask, *ring, radiusX, radiusY);
     BorderMasks masks{*ring, std::move(*ring)};
-    CombineAt(masks.Dilated, mask, reachX, reachY,
-              [](uint8_t dilated, uint8_t glyph) { return static_cast<uint8_t>(std::min(dilated + glyph, 255)); });
+    CombineAt(masks.Dilated, mask, reachX, reachY, BestMaskKernels().AddMask);
     return masks;
 }
 

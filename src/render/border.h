@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "render/coverage_mask.h"
+#include "render/dilation.h"
 
 namespace captionfx {
 
@@ -19,6 +20,7 @@ namespace captionfx {
 struct BorderKernel {
     std::vector<int16_t> Values;
     int32_t Cx = 0, Cy = 0;
+    DilationPlan Plan;  ///< The same values for vectors.
 };
 
 /// One for the program, shared by all titles and threads.
@@ -36,6 +38,9 @@ public:
     /// Writes the dilation of `mask` by `kernel` into `destination`, whose size is that of the mask grown by Cx and Cy
     /// on each side: what would fall outside is dropped. A kernel with a radius below 1 copies the mask.
     static void DilateMask(const CoverageMask& mask, CoverageMask& destination, const BorderKernel& kernel);
+
+    /// The definition of DilateMask, stamp by stamp.
+    static void DilateMaskPlain(const CoverageMask& mask, CoverageMask& destination, const BorderKernel& kernel);
 
     /// Writes the dilation less the glyph itself. Returns a status as GetKernel does; on failure the ring is empty.
     int32_t MakeRing(const CoverageMask& mask, CoverageMask& ring, float radiusX, float radiusY);

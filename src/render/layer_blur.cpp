@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <new>
 #include <optional>
 #include <vector>
 
 #include "render/exact_divider.h"
+#include "render/kernels/blur_kernels.h"
 #include "render/pixel.h"
 
 namespace captionfx {
@@ -40,6 +42,9 @@ public:
           mean_(weight_, (kLargestValue + 1) * weight_) {}
 
     [[nodiscard]] bool ChangesNothing() const { return weight_ == kWholeWeight; }
+
+    /// For vectors; nothing for a box that is too wide for them.
+    [[nodiscard]] std::optional<BoxStep> Step() const { return MakeBoxStep(whole_, edgeWeight_); }
 
     /// One row; beyond its ends all is 0. Each step is two additions: the sum moves on by a pixel.
     void Blur(const uint32_t* in, uint32_t* out, int64_t length) const {
@@ -102,6 +107,70 @@ Plane Transposed(const Plane& plane) {
     return turned;
 }
 
+/// The blur of sampleAt(index) over a picture.
+template <class SampleAt>
+std::vector<uint32_t> Blurred(size_t width, size_t height, const std::vector<Box>& boxes, SampleAt sampleAt) {
+    Plane plane{std::vector<uint32_t>(width * height), width, height};
+    for (size_t i = 0; i < plane.Samples.size(); ++i) plane.Samples[i] = sampleAt(i);
+    BlurRows(plane, boxes);
+    plane = Transposed(plane);
+    BlurRows(plane, boxes);
+    return Transposed(plane).Samples;
+}
+
+uint32_t RoundedAlpha(uint32_t alpha) {
+    return (alpha + (1U << (kAlphaFraction - 1))) >> kAlphaFraction;
+}
+
+/// A plane of alphas and how it is blurred.
+struct CoverageJob {
+    uint8_t* Coverage;
+    int32_t Width, Height;
+    std::ptrdiff_t Pitch;
+    std::vector<Box> Boxes;
+};
+
+void BlurCoverageByRows(const CoverageJob& job) {
+    const auto width = static_cast<size_t>(job.Width), height = static_cast<size_t>(job.Height);
+    const auto at = [&](size_t i) -> uint8_t& {
+        return job
+            .Coverage[static_cast<std::ptrdiff_t>(i / width) * job.Pitch + static_cast<std::ptrdiff_t>(i % width)];
+    };
+    const std::vector<uint32_t> alpha =
+        Blurred(width, height, job.Boxes, [&](size_t i) { return uint32_t{at(i)} << kAlphaFraction; });
+    for (size_t i = 0; i < alpha.size(); ++i) at(i) = static_cast<uint8_t>(RoundedAlpha(alpha[i]));
+}
+
+/// In vectors; false if a box is too wide for them.
+bool BlurCoverageByVectors(const CoverageJob& job, CoverageBlur* blur) {
+    std::vector<BoxStep> steps;
+    int32_t widest = 0;
+    for (const Box& box : job.Boxes) {
+        const std::optional<BoxStep> step = box.Step();
+        if (!step) return false;
+        widest = std::max(widest, step->Whole);
+        steps.push_back(*step);
+    }
+    const std::ptrdiff_t reach = widest + 2, length = InBlurLanes(std::max(job.Width, job.Height)) + 2 * reach;
+    std::vector<uint16_t> strips(static_cast<size_t>(2 * length * kBlurLanes), kBlurZero);
+    const auto plane = std::make_unique_for_overwrite<uint16_t[]>(
+        static_cast<size_t>(InBlurLanes(job.Width) * InBlurLanes(job.Height)));
+    blur({.Coverage = job.Coverage,
+          .Width = job.Width,
+          .Height = job.Height,
+          .Pitch = job.Pitch,
+          .Boxes = steps,
+          .Plane = plane.get(),
+          .Strip = strips.data() + reach * kBlurLanes,
+          .OtherStrip = strips.data() + (length + reach) * kBlurLanes,
+          .Reach = reach});
+    return true;
+}
+
+void BlurCoverageBest(const CoverageJob& job, CoverageBlur* blur) {
+    if (blur == nullptr || !BlurCoverageByVectors(job, blur)) BlurCoverageByRows(job);
+}
+
 /// A picture and how it is blurred.
 struct Job {
     uint32_t* Pixels;
@@ -112,37 +181,31 @@ struct Job {
 
     /// The blur of sample(pixel) over the picture.
     template <class Sample>
-    [[nodiscard]] std::vector<uint32_t> Blurred(Sample sample) const {
-        Plane plane{std::vector<uint32_t>(Count()), Width, Height};
-        std::transform(Pixels, Pixels + Count(), plane.Samples.begin(), sample);
-        BlurRows(plane, Boxes);
-        plane = Transposed(plane);
-        BlurRows(plane, Boxes);
-        return Transposed(plane).Samples;
+    [[nodiscard]] std::vector<uint32_t> BlurredSamples(Sample sample) const {
+        return Blurred(Width, Height, Boxes, [&](size_t i) { return sample(Pixels[i]); });
     }
 };
 
-std::vector<uint32_t> BlurredAlpha(const Job& job) {
-    std::vector<uint32_t> alpha = job.Blurred([](uint32_t pixel) { return AlphaOf(pixel) << kAlphaFraction; });
-    for (uint32_t& a : alpha) a = (a + (1U << (kAlphaFraction - 1))) >> kAlphaFraction;
-    return alpha;
-}
-
 void BlurInOneColor(const Job& job, uint32_t color) {
-    const std::vector<uint32_t> alpha = BlurredAlpha(job);
+    std::vector<uint8_t> alpha(job.Count());
+    for (size_t i = 0; i < job.Count(); ++i) alpha[i] = static_cast<uint8_t>(AlphaOf(job.Pixels[i]));
+    const auto width = static_cast<int32_t>(job.Width), height = static_cast<int32_t>(job.Height);
+    BlurCoverageBest({alpha.data(), width, height, width, job.Boxes}, BestCoverageBlur());
     for (size_t i = 0; i < job.Count(); ++i) job.Pixels[i] = alpha[i] == 0 ? 0 : WithAlpha(color, alpha[i]);
 }
 
 void BlurInManyColors(const Job& job) {
-    const std::vector<uint32_t> alpha = BlurredAlpha(job);
-    const std::vector<uint32_t> weight = job.Blurred([](uint32_t pixel) { return AlphaOf(pixel) << kWeightFraction; });
+    const std::vector<uint32_t> alpha =
+        job.BlurredSamples([](uint32_t pixel) { return AlphaOf(pixel) << kAlphaFraction; });
+    const std::vector<uint32_t> weight =
+        job.BlurredSamples([](uint32_t pixel) { return AlphaOf(pixel) << kWeightFraction; });
     std::vector<uint32_t> result(job.Count());
-    for (size_t i = 0; i < job.Count(); ++i) result[i] = alpha[i] << kAlphaShift;
+    for (size_t i = 0; i < job.Count(); ++i) result[i] = RoundedAlpha(alpha[i]) << kAlphaShift;
     for (const uint32_t shift : kColorShifts) {
-        const std::vector<uint32_t> color =
-            job.Blurred([=](uint32_t pixel) { return ChannelOf(pixel, shift) * AlphaOf(pixel) << kColorFraction; });
+        const std::vector<uint32_t> color = job.BlurredSamples(
+            [=](uint32_t pixel) { return ChannelOf(pixel, shift) * AlphaOf(pixel) << kColorFraction; });
         for (size_t i = 0; i < job.Count(); ++i) {
-            if (alpha[i] == 0 || weight[i] == 0) continue;
+            if (result[i] >> kAlphaShift == 0 || weight[i] == 0) continue;
             const uint64_t scaled = uint64_t{color[i]} << (kWeightFraction - kColorFraction);
             result[i] |= std::min(static_cast<uint32_t>((scaled + weight[i] / 2) / weight[i]), 255U) << shift;
         }
@@ -162,8 +225,12 @@ std::optional<uint32_t> OneColorOf(const Job& job) {
     return color;
 }
 
+bool IsBlur(int32_t width, int32_t height, float radius) {
+    return width > 0 && height > 0 && radius > 0;
+}
+
 std::optional<Job> JobOf(uint32_t* pixels, int32_t width, int32_t height, float radius, BlurKind kind) {
-    if (pixels == nullptr || width <= 0 || height <= 0 || !(radius > 0)) return std::nullopt;
+    if (pixels == nullptr || !IsBlur(width, height, radius)) return std::nullopt;
     return Job{pixels, static_cast<size_t>(width), static_cast<size_t>(height),
                BoxesOf(std::min(radius, kLargestRadius), kind)};
 }
@@ -180,6 +247,19 @@ void BlurLayer(uint32_t* pixels, int32_t width, int32_t height, float radius, Bl
     }
 } catch (const std::bad_alloc&) {
     // The layer stays sharp: a picture that is less soft is better than none.
+}
+
+void BlurCoverage(uint8_t* coverage, int32_t width, int32_t height, std::ptrdiff_t pitch, float radius,
+                  BlurKind kind) noexcept try {
+    BlurCoverageWith(coverage, width, height, pitch, radius, kind, BestCoverageBlur());
+} catch (const std::bad_alloc&) {
+    // As above.
+}
+
+void BlurCoverageWith(uint8_t* coverage, int32_t width, int32_t height, std::ptrdiff_t pitch, float radius,
+                      BlurKind kind, CoverageBlur* blur) {
+    if (coverage == nullptr || !IsBlur(width, height, radius)) return;
+    BlurCoverageBest({coverage, width, height, pitch, BoxesOf(std::min(radius, kLargestRadius), kind)}, blur);
 }
 
 void BlurLayerPlain(uint32_t* pixels, int32_t width, int32_t height, float radius, BlurKind kind) {

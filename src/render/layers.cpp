@@ -6,6 +6,7 @@
 #include "paths/path_base.h"
 #include "platform/conversions.h"
 #include "render/gradient.h"
+#include "render/kernels/mask_kernels.h"
 #include "render/layer_blur.h"
 #include "render/pixel.h"
 
@@ -82,24 +83,6 @@ void Blur(const LayerSettings& settings, GlyphBitmap& layer, float radius) {
     (settings.Ops.*blur)(layer.Pixels.get(), layer.Width, layer.Height, radius);
 }
 
-void ScaleMask(uint8_t* out, const uint8_t* mask, size_t count, uint32_t alpha) {
-    for (size_t i = 0; i < count; ++i) out[i] = static_cast<uint8_t>(mask[i] * (alpha + 1) / 256);
-}
-void StampMax(uint8_t* out, const uint8_t* mask, size_t count, uint32_t alpha) {
-    for (size_t i = 0; i < count; ++i) out[i] = std::max(out[i], static_cast<uint8_t>(mask[i] * (alpha + 1) / 256));
-}
-void BlurCoverage(uint8_t* coverage, int32_t width, int32_t height, std::ptrdiff_t pitch, float radius, BlurKind kind) {
-    if (!(radius > 0)) return;
-    std::vector<uint32_t> pixels(static_cast<size_t>(width) * static_cast<size_t>(height));
-    for (int32_t y = 0; y < height; ++y)
-        for (int32_t x = 0; x < width; ++x)
-            pixels[static_cast<size_t>(y * width + x)] = uint32_t{coverage[y * pitch + x]} << 24U;
-    BlurLayer(pixels.data(), width, height, radius, kind);
-    for (int32_t y = 0; y < height; ++y)
-        for (int32_t x = 0; x < width; ++x)
-            coverage[y * pitch + x] = static_cast<uint8_t>(pixels[static_cast<size_t>(y * width + x)] >> 24U);
-}
-
 /// Blurs a layer's coverage, which then is the layer's.
 void Finish(const LayerSettings& settings, GlyphBitmap& layer, std::shared_ptr<CoverageLayer> coverage, uint32_t color,
             float radius) {
@@ -121,7 +104,7 @@ int32_t BuildFilledCoverage(const LayerSettings& settings, GlyphBitmap& layer, c
     auto coverage = AllocateCoverage(layer, mask.Width + 2 * int64_t{m}, mask.Height + 2 * int64_t{m});
     if (!coverage) return 0;
     for (int32_t y = 0; y < mask.Height; ++y) {
-        ScaleMask(coverage->Row(m + y) + m, mask.Row(y), static_cast<size_t>(mask.Width), fill.Alpha);
+        BestMaskKernels().ScaleMask(coverage->Row(m + y) + m, mask.Row(y), static_cast<size_t>(mask.Width), fill.Alpha);
     }
     Finish(settings, layer, std::move(coverage), fill.Color1, soft.Radius);
     return 1;
@@ -246,7 +229,8 @@ void StampCoverage(CoverageLayer& coverage, const CoverageMask& mask, float x, f
     if (part.FirstX >= part.EndX) return;
     for (int32_t row = part.FirstY; row < part.EndY; ++row) {
         uint8_t* const out = coverage.Row(static_cast<int32_t>(part.Top + row)) + part.Left + part.FirstX;
-        StampMax(out, mask.Row(row) + part.FirstX, static_cast<size_t>(part.EndX - part.FirstX), alpha);
+        BestMaskKernels().StampMax(out, mask.Row(row) + part.FirstX, static_cast<size_t>(part.EndX - part.FirstX),
+                                   alpha);
     }
 }
 

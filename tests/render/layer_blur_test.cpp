@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <random>
 #include <vector>
 
@@ -93,6 +94,61 @@ TEST(LayerBlurTest, TheShortCutForOneColorChangesNothing) {
     }
 }
 
+// Against the blur of pixels, which divides in 64 bits; boxes on both sides of what fits vectors.
+TEST(LayerBlurTest, CoverageIsTheAlphaOfOneColor) {
+    std::vector<CoverageBlur*> all = VectorCoverageBlurs();
+    all.push_back(nullptr);
+    for (uint32_t seed = 1; seed <= 200; ++seed) {
+        std::mt19937 random(seed);
+        const auto side = [&] { return static_cast<int32_t>(1 + random() % (seed % 4 == 0 ? 150 : 40)); };
+        const int32_t width = side(), height = side(), pitch = width + static_cast<int32_t>(random() % 4);
+        const BlurKind kind = random() % 2 == 0 ? BlurKind::kOneBox : BlurKind::kThreeBoxes;
+        constexpr float kScales[] = {1, 7, 30, 420};
+        const auto fraction = static_cast<float>(1 + random() % 1000) / 1000;
+        float radius = kScales[random() % 4] * fraction;
+        if (random() % 3 == 0) radius = std::ceil(radius);
+        const uint32_t threshold = random() % 256;  // between noise and nothing but full and clear
+        std::vector<uint8_t> before(static_cast<size_t>(pitch * height));
+        for (uint8_t& byte : before) {
+            const auto level = static_cast<uint32_t>(random()) >> 24U;
+            byte = static_cast<uint8_t>(level > threshold ? 255 : level % 3 == 0 ? level : 0);
+        }
+
+        Pixels pixels(static_cast<size_t>(width * height));
+        const auto at = [&](size_t i) {
+            return i / static_cast<size_t>(width) * static_cast<size_t>(pitch) + i % static_cast<size_t>(width);
+        };
+        for (size_t i = 0; i < pixels.size(); ++i) pixels[i] = uint32_t{before[at(i)]} << kAlphaShift;
+        BlurLayerPlain(pixels.data(), width, height, radius, kind);
+        std::vector<uint8_t> expected = before;  // what lies between the rows stays
+        for (size_t i = 0; i < pixels.size(); ++i) expected[at(i)] = static_cast<uint8_t>(AlphaOf(pixels[i]));
+        for (size_t i = 0; i < all.size(); ++i) {
+            std::vector<uint8_t> actual = before;
+            BlurCoverageWith(actual.data(), width, height, pitch, radius, kind, all[i]);
+            ASSERT_EQ(actual, expected) << "seed " << seed << ", width no. " << i << ", " << width << " by " << height
+                                        << ", radius " << radius;
+        }
+    }
+}
+
+TEST(LayerBlurTest, MeansOfVectorsAreExact) {
+    uint32_t found = 0;
+    for (int64_t whole = 0; whole < 80; ++whole) {
+        for (uint32_t edgeWeight = 0; edgeWeight < 256; ++edgeWeight) {
+            const std::optional<BoxStep> box = MakeBoxStep(whole, edgeWeight);
+            if (!box) continue;
+            ++found;
+            const uint64_t divisor = box->Weight, largest = 65280 * divisor + divisor / 2;
+            for (const uint64_t quotient : {1U, 255U, 256U, 32767U, 65279U, 65280U}) {
+                for (const uint64_t n : {quotient * divisor - 1, quotient * divisor, largest}) {
+                    ASSERT_EQ(box->Quotient(static_cast<uint32_t>(n)), n / divisor) << whole << ' ' << edgeWeight;
+                }
+            }
+        }
+    }
+    EXPECT_GE(found, 63U * 256 - 1) << "all boxes below 63 pixels but the one that changes nothing";
+}
+
 TEST(LayerBlurTest, ColorIsWeighedByAlpha) {
     // Red of full alpha beside green of alpha 51 (a fifth): at the seam 5 parts of red to 1 of green.
     Pixels row = {0xFFFF0000, 0x3300FF00, 0, 0};
@@ -112,6 +168,12 @@ TEST(LayerBlurTest, RadiiThatBlurNothing) {
     BlurLayer(pixels.data(), 2, 1, std::numeric_limits<float>::infinity(), BlurKind::kThreeBoxes);
     BlurLayer(nullptr, 2, 1, 3, BlurKind::kThreeBoxes);
     BlurLayer(pixels.data(), 0, 1, 3, BlurKind::kThreeBoxes);
+    uint8_t coverage[] = {0, 255, 3};
+    for (const float radius : {0.0F, -3.0F, std::numeric_limits<float>::quiet_NaN()}) {
+        BlurCoverage(coverage, 3, 1, 3, radius, BlurKind::kOneBox);
+        EXPECT_EQ(coverage[1], 255);
+    }
+    BlurCoverage(nullptr, 2, 1, 2, 3, BlurKind::kThreeBoxes);
 }
 
 }  // namespace
