@@ -62,12 +62,14 @@ auto ReadPlaced(const std::filesystem::path& path, Read read) try {
     throw std::runtime_error(path.string() + ":" + error.what());
 }
 
+TitleScript ReadScript(const std::string& text, FrameSize usual) {
+    TitleScript script = ReadTitleScript(text, usual);
+    if (script.cue) throw PlacedError({}, "", "this is a style for subtitles, not a title");
+    return script;
+}
+
 TitleScript ReadScriptFile(const std::filesystem::path& path, FrameSize usual) {
-    return ReadPlaced(path, [&](const std::string& text) {
-        TitleScript script = ReadTitleScript(text, usual);
-        if (script.cue) throw PlacedError({}, "", "this is a style for subtitles, not a title");
-        return script;
-    });
+    return ReadPlaced(path, [&](const std::string& text) { return ReadScript(text, usual); });
 }
 
 TitleScript ReadSubtitleStyle(const std::filesystem::path& path, FrameSize usual) {
@@ -92,31 +94,40 @@ float LastKeyOf(const std::vector<FileString>& strings) {
     return last;
 }
 
-}  // namespace
-
-TitleSource LoadTitle(IKVT_CaptionFx& title, const std::filesystem::path& path, const std::filesystem::path& style) {
-    const TitleKind kind = KindOfTitle(path);
-    if (!style.empty() && kind != TitleKind::kSubtitles)
-        throw std::runtime_error(path.string() + ": a style is for subtitles, and this is none");
-    TitleSource source;
-    if (kind == TitleKind::kXml) {
-        const TitleFile file(path);
-        file.LoadInto(title);
-        if (SetDirection(title, IsVertical(title))) file.LoadInto(title);
-        source.strings = file.Strings();
-        source.duration = LastKeyOf(source.strings);
-        return source;
-    }
-    const FrameSize usual = FrameOf(title);
-    const TitleScript script =
-        kind == TitleKind::kScript ? ReadScriptFile(path, usual) : ReadSubtitleFile(path, style, usual);
+TitleSource BuildSource(IKVT_CaptionFx& title, const TitleScript& script, FrameSize usual) {
     BuildTitle(title, script, usual);
+    TitleSource source;
     source.frame = script.frame;
     source.fonts = FontsOf(script);
     source.scale = script.scale;
     source.strings = StringsOf(title);
     source.duration = script.duration.value_or(LastKeyOf(source.strings));
     return source;
+}
+
+}  // namespace
+
+TitleSource LoadTitle(IKVT_CaptionFx& title, const std::filesystem::path& path, const std::filesystem::path& style) {
+    const TitleKind kind = KindOfTitle(path);
+    if (!style.empty() && kind != TitleKind::kSubtitles)
+        throw std::runtime_error(path.string() + ": a style is for subtitles, and this is none");
+    if (kind == TitleKind::kXml) {
+        const TitleFile file(path);
+        file.LoadInto(title);
+        if (SetDirection(title, IsVertical(title))) file.LoadInto(title);
+        TitleSource source;
+        source.strings = file.Strings();
+        source.duration = LastKeyOf(source.strings);
+        return source;
+    }
+    const FrameSize usual = FrameOf(title);
+    return BuildSource(
+        title, kind == TitleKind::kScript ? ReadScriptFile(path, usual) : ReadSubtitleFile(path, style, usual), usual);
+}
+
+TitleSource LoadScript(IKVT_CaptionFx& title, const std::string& text) {
+    const FrameSize usual = FrameOf(title);
+    return BuildSource(title, ReadScript(text, usual), usual);
 }
 
 FrameSize SetSourceFrame(IKVT_CaptionFx& title, const TitleSource& source, std::optional<FrameSize> asked,

@@ -31,6 +31,9 @@ struct TitleSource {
 [[nodiscard]] TitleSource LoadTitle(IKVT_CaptionFx& title, const std::filesystem::path& path,
                                     const std::filesystem::path& style = {});
 
+/// The same from the text of a title script, whose errors begin with its place.
+[[nodiscard]] TitleSource LoadScript(IKVT_CaptionFx& title, const std::string& text);
+
 /// Sets up frames for a loaded title and returns their size: the frame that the source is made for, or the one that is
 /// asked for, into which the source's frame is fitted as a whole, its upper left corner staying in the corner. Without
 /// either the frame is 1280x720.

@@ -34,14 +34,15 @@ std::string Taken(xmlChar* text) {
     return text == nullptr ? "" : Text(text);
 }
 
-/// Where and why a text is no title. Nothing is printed while it stands.
+/// Where and why a text is no title. Nothing is printed while it stands. The handler is one of the whole thread, which
+/// may be that of a program with XML of its own: it gets its handler back.
 struct FirstError {
     std::string place, reason = "is no XML";
 
     FirstError() { xmlSetStructuredErrorFunc(this, &Keep); }
     FirstError(const FirstError&) = delete;
     FirstError& operator=(const FirstError&) = delete;
-    ~FirstError() { xmlSetStructuredErrorFunc(nullptr, nullptr); }
+    ~FirstError() { xmlSetStructuredErrorFunc(formerContext_, formerHandler_); }
 
     /// The first of libxml2's errors: the others follow from it.
     static void Keep(void* self, xmlError* error) {
@@ -51,6 +52,10 @@ struct FirstError {
         first.reason = error->message;
         while (first.reason.ends_with('\n')) first.reason.pop_back();
     }
+
+private:
+    void* const formerContext_ = xmlStructuredErrorContext;
+    const xmlStructuredErrorFunc formerHandler_ = xmlStructuredError;
 };
 
 /// The library refuses entities, which can keep a parser busy for hours.

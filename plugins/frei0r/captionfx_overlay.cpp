@@ -1,0 +1,15 @@
+// frei0r filter: a title on the frames that come in.
+#include <cstring>
+
+#include "plugins/frei0r/plugin_functions.h"
+#include "plugins/frei0r/title_instance.h"
+
+void f0r_get_plugin_info(f0r_plugin_info_t* info) {
+    *info = captionfx::Description("captionfx_overlay", F0R_PLUGIN_TYPE_FILTER, "An animated text title on a video");
+}
+
+void f0r_update(f0r_instance_t instance, double time, const uint32_t* inframe, uint32_t* outframe) {
+    auto& title = *static_cast<captionfx::TitleInstance*>(instance);
+    if (inframe != outframe) std::memcpy(outframe, inframe, title.FrameBytes());
+    title.Draw(time, __builtin_return_address(0), outframe);
+}
