@@ -65,9 +65,7 @@ public:
             layers = *known;
         } else {
             Build(layers, maskKey);
-            auto built = std::make_shared<GlyphLayers>(layers);
-            const size_t bytes = sizeof *built + layers.Size();
-            access_.Caches->Layers.Insert(key, std::move(built), bytes, access_.Use);
+            Remember(key, layers);
         }
         return !layers.Face.IsAbsent() || !layers.Border.IsAbsent() || !layers.Shadow.IsAbsent();
     }
@@ -101,6 +99,14 @@ private:
                 .WidthScale = character_.WidthScale,
                 .RotateSin = string_.RotateSin,
                 .RotateCos = string_.RotateCos};
+    }
+
+    /// Layers that are built stay so when there is no memory for the cache.
+    void Remember(const LayerKey& key, const GlyphLayers& layers) const try {
+        auto shared = std::make_shared<GlyphLayers>(layers);
+        const size_t bytes = sizeof *shared + layers.Size();
+        access_.Caches->Layers.Insert(key, std::move(shared), bytes, access_.Use);
+    } catch (const std::bad_alloc&) {
     }
 
     [[nodiscard]] BorderRadii Radii() const {
