@@ -8,9 +8,11 @@
 
 // The two lines that Highway includes this file again by.
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "render/kernels/row_kernels.cpp"
+#define HWY_TARGET_INCLUDE "render/kernels/row_kernels.cpp"  // NOLINT(cppcoreguidelines-macro-usage): Highway's
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
+
+#include "render/kernels/vector_targets.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace captionfx::HWY_NAMESPACE {
@@ -38,35 +40,35 @@ using Lanes8 = hn::Repartition<uint8_t, Lanes32>;
 using Pixels = hn::Vec<Lanes32>;
 using Halves = hn::Vec<Lanes16>;
 
-constexpr Lanes32 d32;
-constexpr Lanes16 d16;
-constexpr Lanes8 d8;
+constexpr Lanes32 kLanes32;
+constexpr Lanes16 kLanes16;
+constexpr Lanes8 kLanes8;
 
 HWY_INLINE Halves EvenBytes(Pixels pixels) {
-    return hn::And(hn::BitCast(d16, pixels), hn::Set(d16, 0xFF));
+    return hn::And(hn::BitCast(kLanes16, pixels), hn::Set(kLanes16, 0xFF));
 }
 HWY_INLINE Halves OddBytes(Pixels pixels) {
-    return hn::ShiftRight<8>(hn::BitCast(d16, pixels));
+    return hn::ShiftRight<8>(hn::BitCast(kLanes16, pixels));
 }
 HWY_INLINE Pixels FromBytes(Halves even, Halves odd) {
-    return hn::BitCast(d32, hn::Or(even, hn::ShiftLeft<8>(odd)));
+    return hn::BitCast(kLanes32, hn::Or(even, hn::ShiftLeft<8>(odd)));
 }
 /// The low byte of each pixel in both of its halves.
 HWY_INLINE Halves InBothHalves(Pixels low) {
-    return hn::BitCast(d16, hn::Or(low, hn::ShiftLeft<16>(low)));
+    return hn::BitCast(kLanes16, hn::Or(low, hn::ShiftLeft<16>(low)));
 }
 HWY_INLINE Pixels Alpha(Pixels pixels) {
     return hn::ShiftRight<24>(pixels);
 }
 HWY_INLINE Pixels SaturatedSum(Pixels a, Pixels b) {
-    return hn::BitCast(d32, hn::SaturatedAdd(hn::BitCast(d8, a), hn::BitCast(d8, b)));
+    return hn::BitCast(kLanes32, hn::SaturatedAdd(hn::BitCast(kLanes8, a), hn::BitCast(kLanes8, b)));
 }
 HWY_INLINE bool IsAllZero(Pixels pixels) {
-    return hn::AllTrue(d32, hn::Eq(pixels, hn::Zero(d32)));
+    return hn::AllTrue(kLanes32, hn::Eq(pixels, hn::Zero(kLanes32)));
 }
 /// Of products of two bytes, rounded to nearest.
 HWY_INLINE Halves DividedBy255(Halves products) {
-    const Halves biased = hn::Add(products, hn::Set(d16, 128));
+    const Halves biased = hn::Add(products, hn::Set(kLanes16, 128));
     return hn::ShiftRight<8>(hn::Add(biased, hn::ShiftRight<8>(biased)));
 }
 /// Division by numbers of 1 to 255, cut to a whole number, of dividends below 2^16.
@@ -78,7 +80,7 @@ public:
     explicit Divider(Pixels divisor) : reciprocal_(hn::Div(hn::Set(LanesF32(), 1.0F + 0x1p-23F), ToFloat(divisor))) {}
 
     HWY_INLINE Pixels operator()(Pixels n) const {
-        return hn::BitCast(d32, hn::ConvertTo(LanesI32(), hn::Mul(ToFloat(n), reciprocal_)));
+        return hn::BitCast(kLanes32, hn::ConvertTo(LanesI32(), hn::Mul(ToFloat(n), reciprocal_)));
     }
 
 private:
@@ -92,13 +94,13 @@ private:
 /// channel(shift) for the three colours, each at most 255, without alpha.
 template <int kShift>
 HWY_INLINE Pixels Channel(Pixels pixels) {
-    return hn::And(hn::ShiftRight<kShift>(pixels), hn::Set(d32, 0xFF));
+    return hn::And(hn::ShiftRight<kShift>(pixels), hn::Set(kLanes32, 0xFF));
 }
 
 /// change(pixels) of all pixels of a row: whole vectors where they lie, the rest in a vector beside.
 template <class Change>
 HWY_INLINE void ForRow(uint32_t* row, size_t count, Change change) {
-    const size_t lanes = hn::Lanes(d32);
+    const size_t lanes = hn::Lanes(kLanes32);
     size_t i = 0;
     for (; i + lanes <= count; i += lanes) change(row + i, i);
     if (i == count) return;
@@ -111,7 +113,7 @@ HWY_INLINE void ForRow(uint32_t* row, size_t count, Change change) {
 /// Like ForRow, for several rows that are all changed.
 template <size_t kRows, class Change>
 HWY_INLINE void ForRows(const std::array<uint32_t*, kRows>& rows, size_t count, Change change) {
-    const size_t lanes = hn::Lanes(d32), whole = count / lanes * lanes;
+    const size_t lanes = hn::Lanes(kLanes32), whole = count / lanes * lanes;
     const auto at = [&](size_t i) HWY_ATTR {
         std::array<uint32_t*, kRows> places = rows;
         for (uint32_t*& place : places) place += i;
@@ -132,18 +134,18 @@ HWY_INLINE void ForRows(const std::array<uint32_t*, kRows>& rows, size_t count, 
 /// Like ForRow, for two rows. Where a source of 0 leaves the destination alone, vectors of such are passed over.
 template <bool kZeroIsNothing = true, class Blend>
 HWY_INLINE void BlendRow(uint32_t* destination, const uint32_t* source, size_t count, Blend blend) {
-    const size_t lanes = hn::Lanes(d32);
+    const size_t lanes = hn::Lanes(kLanes32);
     const size_t whole = count / lanes * lanes;
     for (size_t i = 0; i < whole; i += lanes) {
-        const Pixels above = hn::LoadU(d32, source + i);
+        const Pixels above = hn::LoadU(kLanes32, source + i);
         if (kZeroIsNothing && IsAllZero(above)) continue;
-        hn::StoreU(blend(above, hn::LoadU(d32, destination + i)), d32, destination + i);
+        hn::StoreU(blend(above, hn::LoadU(kLanes32, destination + i)), kLanes32, destination + i);
     }
     if (whole == count) return;
     HWY_ALIGN uint32_t above[hn::MaxLanes(Lanes32())] = {}, below[hn::MaxLanes(Lanes32())] = {};
     std::copy(source + whole, source + count, above);
     std::copy(destination + whole, destination + count, below);
-    hn::Store(blend(hn::Load(d32, above), hn::Load(d32, below)), d32, below);
+    hn::Store(blend(hn::Load(kLanes32, above), hn::Load(kLanes32, below)), kLanes32, below);
     std::copy_n(below, count - whole, destination + whole);
 }
 
@@ -151,9 +153,9 @@ HWY_INLINE void BlendRow(uint32_t* destination, const uint32_t* source, size_t c
 // of its channels. A target without alpha leaves 255 - a of 255, so that its alpha becomes a; an `a` of 255 leaves
 // nothing, one of 0 everything.
 HWY_INLINE Pixels Placed(Pixels target, Pixels a, Halves colorEven, Halves colorOdd) {
-    const Pixels invert = hn::Set(d32, 0xFF000000U);
+    const Pixels invert = hn::Set(kLanes32, 0xFF000000U);
     const Halves a16 = InBothHalves(a);
-    const Halves left = hn::Sub(hn::Set(d16, 256), a16), weight = hn::Add(a16, hn::Set(d16, 1));
+    const Halves left = hn::Sub(hn::Set(kLanes16, 256), a16), weight = hn::Add(a16, hn::Set(kLanes16, 1));
     const Pixels added =
         FromBytes(hn::ShiftRight<8>(hn::Mul(colorEven, weight)), hn::ShiftRight<8>(hn::Mul(colorOdd, weight)));
     if (IsAllZero(target)) return hn::Or(added, hn::ShiftLeft<24>(a));
@@ -175,7 +177,7 @@ struct PairWeights {
         : Low(Pair(first / 2, second / 2)), High(Pair(first - first / 2, second - second / 2)) {}
 
     static hn::Vec<LanesI16> Pair(uint32_t first, uint32_t second) {
-        return hn::BitCast(LanesI16(), hn::Set(d32, first | second << 16U));
+        return hn::BitCast(LanesI16(), hn::Set(kLanes32, first | second << 16U));
     }
 
     hn::Vec<LanesI16> Low, High;
@@ -186,9 +188,9 @@ struct PlacementLanes {
     explicit PlacementLanes(const CoveragePlacement& p)
         : Above(p.W00, p.W10),
           Here(p.W01, p.W11),
-          Alpha(hn::Set(d16, static_cast<uint16_t>(p.Alpha + 1))),
-          ColorEven(EvenBytes(hn::Set(d32, p.Color))),
-          ColorOdd(OddBytes(hn::Set(d32, p.Color))) {}
+          Alpha(hn::Set(kLanes16, static_cast<uint16_t>(p.Alpha + 1))),
+          ColorEven(EvenBytes(hn::Set(kLanes32, p.Color))),
+          ColorOdd(OddBytes(hn::Set(kLanes32, p.Color))) {}
 
     PairWeights Above, Here;
     Halves Alpha;
@@ -198,25 +200,26 @@ struct PlacementLanes {
 /// Of each second pixel, from samples that begin left of the first.
 HWY_INLINE Pixels WeighedPairs(Halves above, Halves here, const PlacementLanes& p) {
     const auto upper = AddPairs(above, p.Above.Low, AddPairs(above, p.Above.High, hn::Zero(LanesI32())));
-    return hn::BitCast(d32, AddPairs(here, p.Here.Low, AddPairs(here, p.Here.High, upper)));
+    return hn::BitCast(kLanes32, AddPairs(here, p.Here.Low, AddPairs(here, p.Here.High, upper)));
 }
 
 HWY_INLINE void PlaceVector(uint32_t* target, Pixels a, const PlacementLanes& p) {
-    hn::StoreU(Placed(hn::LoadU(d32, target), a, p.ColorEven, p.ColorOdd), d32, target);
+    hn::StoreU(Placed(hn::LoadU(kLanes32, target), a, p.ColorEven, p.ColorOdd), kLanes32, target);
 }
 
 /// Whether a vector is empty is not asked: among letters no processor guesses the answer often enough to pay for it.
 /// Two vectors of pixels, as many as one of half as wide lanes has.
 HWY_INLINE void PlaceTwo(uint32_t* target, const uint8_t* upper, const uint8_t* lower, const PlacementLanes& p) {
-    const auto samples = [](const uint8_t* at)
-                             HWY_ATTR { return hn::PromoteTo(d16, hn::LoadU(hn::Rebind<uint8_t, Lanes16>(), at)); };
+    const auto samples = [](const uint8_t* at) HWY_ATTR {
+        return hn::PromoteTo(kLanes16, hn::LoadU(hn::Rebind<uint8_t, Lanes16>(), at));
+    };
     const Halves leftAbove = samples(upper - 1), above = samples(upper), left = samples(lower - 1),
                  here = samples(lower);
     const Pixels even = WeighedPairs(leftAbove, left, p), odd = WeighedPairs(above, here, p);
-    const Pixels coverage = hn::Or(hn::ShiftRight<16>(even), hn::And(odd, hn::Set(d32, 0xFFFF0000U)));
-    const Halves a = hn::ShiftRight<8>(hn::Mul(hn::BitCast(d16, coverage), p.Alpha));
-    PlaceVector(target, hn::PromoteTo(d32, hn::LowerHalf(a)), p);
-    PlaceVector(target + hn::Lanes(d32), hn::PromoteTo(d32, hn::UpperHalf(hn::Half<Lanes16>(), a)), p);
+    const Pixels coverage = hn::Or(hn::ShiftRight<16>(even), hn::And(odd, hn::Set(kLanes32, 0xFFFF0000U)));
+    const Halves a = hn::ShiftRight<8>(hn::Mul(hn::BitCast(kLanes16, coverage), p.Alpha));
+    PlaceVector(target, hn::PromoteTo(kLanes32, hn::LowerHalf(a)), p);
+    PlaceVector(target + hn::Lanes(kLanes32), hn::PromoteTo(kLanes32, hn::UpperHalf(hn::Half<Lanes16>(), a)), p);
 }
 
 void PlaceCoverage(uint32_t* target, std::ptrdiff_t pitch, const CoverageRows& rows,
@@ -224,7 +227,7 @@ void PlaceCoverage(uint32_t* target, std::ptrdiff_t pitch, const CoverageRows& r
     constexpr size_t kMostLanes = hn::MaxLanes(Lanes16());
     static_assert(kMostLanes <= CoverageLayer::kPadding && kMostLanes <= kPixelPadding);
     const PlacementLanes p(placement);
-    const auto lanes = static_cast<int32_t>(hn::Lanes(d16));
+    const auto lanes = static_cast<int32_t>(hn::Lanes(kLanes16));
     const uint8_t* upper = rows.Samples;
     for (int32_t v = 0; v < rows.Count; ++v, target += pitch, upper += rows.Pitch) {
         const ColumnSpan above = rows.Spans[v], here = rows.Spans[v + 1];
@@ -249,13 +252,13 @@ void PlaceCoverage(uint32_t* target, std::ptrdiff_t pitch, const CoverageRows& r
 }
 
 HWY_INLINE Pixels FaceOverBorderGeneral(Pixels face, Pixels border) {
-    const Pixels fa = Alpha(face), ba = hn::Max(Alpha(border), hn::Set(d32, 1));
-    const Pixels a = hn::Min(hn::Add(fa, ba), hn::Set(d32, 255));
-    const Pixels left = hn::Sub(hn::Set(d32, 256), fa);
+    const Pixels fa = Alpha(face), ba = hn::Max(Alpha(border), hn::Set(kLanes32, 1));
+    const Pixels a = hn::Min(hn::Add(fa, ba), hn::Set(kLanes32, 255));
+    const Pixels left = hn::Sub(hn::Set(kLanes32, 256), fa);
     const Divider byBorderAlpha(ba);
     const auto merged = [&](Pixels faceChannel, Pixels borderChannel) HWY_ATTR {
         const Pixels sum = hn::Add(faceChannel, byBorderAlpha(hn::Mul(left, borderChannel)));
-        return hn::And(hn::ShiftRight<8>(hn::Mul(sum, a)), hn::Set(d32, 0xFF));
+        return hn::And(hn::ShiftRight<8>(hn::Mul(sum, a)), hn::Set(kLanes32, 0xFF));
     };
     const Pixels blue = merged(Channel<0>(face), Channel<0>(border)),
                  green = merged(Channel<8>(face), Channel<8>(border)),
@@ -264,11 +267,11 @@ HWY_INLINE Pixels FaceOverBorderGeneral(Pixels face, Pixels border) {
 }
 
 HWY_INLINE Pixels MergedPixels(Pixels face, Pixels border) {
-    const auto isZero = [](Pixels v) HWY_ATTR { return hn::Eq(v, hn::Zero(d32)); };
+    const auto isZero = [](Pixels v) HWY_ATTR { return hn::Eq(v, hn::Zero(kLanes32)); };
     const Pixels fa = Alpha(face), ba = Alpha(border);
     const auto noBorder = isZero(ba), noFace = hn::AndNot(noBorder, isZero(fa));
-    const auto onlyFace = hn::Or(noBorder, hn::Eq(fa, hn::Set(d32, 255)));
-    if (hn::AllTrue(d32, hn::Or(noFace, onlyFace))) return hn::IfThenElse(noFace, border, face);
+    const auto onlyFace = hn::Or(noBorder, hn::Eq(fa, hn::Set(kLanes32, 255)));
+    if (hn::AllTrue(kLanes32, hn::Or(noFace, onlyFace))) return hn::IfThenElse(noFace, border, face);
     return hn::IfThenElse(noFace, border, hn::IfThenElse(onlyFace, face, FaceOverBorderGeneral(face, border)));
 }
 
@@ -277,14 +280,14 @@ void MergeFaceOverBorder(uint32_t* border, const uint32_t* face, size_t count) {
 }
 
 HWY_INLINE Pixels OverPremultipliedPixels(Pixels source, Pixels destination) {
-    const Halves left = hn::Sub(hn::Set(d16, 255), InBothHalves(Alpha(source)));
+    const Halves left = hn::Sub(hn::Set(kLanes16, 255), InBothHalves(Alpha(source)));
     const Pixels kept = FromBytes(DividedBy255(hn::Mul(EvenBytes(destination), left)),
                                   DividedBy255(hn::Mul(OddBytes(destination), left)));
     return SaturatedSum(source, kept);
 }
 
 HWY_INLINE bool IsOpaque(Pixels pixels) {
-    return hn::AllTrue(d32, hn::Eq(Alpha(pixels), hn::Set(d32, 255)));
+    return hn::AllTrue(kLanes32, hn::Eq(Alpha(pixels), hn::Set(kLanes32, 255)));
 }
 
 /// One by one, for what is rare.
@@ -292,10 +295,10 @@ template <uint32_t (*Blend)(uint32_t, uint32_t)>
 HWY_NOINLINE Pixels OneByOne(Pixels source, Pixels destination) {
     constexpr size_t kLanes = hn::MaxLanes(Lanes32());
     HWY_ALIGN uint32_t above[kLanes], below[kLanes];
-    hn::Store(source, d32, above);
-    hn::Store(destination, d32, below);
-    for (size_t i = 0; i < hn::Lanes(d32); ++i) below[i] = Blend(above[i], below[i]);
-    return hn::Load(d32, below);
+    hn::Store(source, kLanes32, above);
+    hn::Store(destination, kLanes32, below);
+    for (size_t i = 0; i < hn::Lanes(kLanes32); ++i) below[i] = Blend(above[i], below[i]);
+    return hn::Load(kLanes32, below);
 }
 
 // On an opaque destination A is 65025, and both kinds of over become a sum with one division by 255.
@@ -317,9 +320,9 @@ HWY_INLINE Pixels Merged(Pixels face, Pixels border, Pixels shadow) {
 void MergePlanes(uint32_t* face, uint32_t* border, uint32_t* shadow, size_t count) {
     ForRows(std::array{face, border, shadow}, count, [](const std::array<uint32_t*, 3>& rows) HWY_ATTR {
         const auto [f, b, s] = rows;
-        hn::StoreU(Merged(hn::LoadU(d32, f), hn::LoadU(d32, b), hn::LoadU(d32, s)), d32, s);
-        hn::StoreU(hn::Zero(d32), d32, f);
-        hn::StoreU(hn::Zero(d32), d32, b);
+        hn::StoreU(Merged(hn::LoadU(kLanes32, f), hn::LoadU(kLanes32, b), hn::LoadU(kLanes32, s)), kLanes32, s);
+        hn::StoreU(hn::Zero(kLanes32), kLanes32, f);
+        hn::StoreU(hn::Zero(kLanes32), kLanes32, b);
     });
 }
 
@@ -327,12 +330,12 @@ template <class Composite>
 HWY_INLINE void Finish(const std::array<uint32_t*, 4>& rows, size_t count, Composite composite) {
     ForRows(rows, count, [&](const std::array<uint32_t*, 4>& places) HWY_ATTR {
         const auto [destination, face, border, shadow] = places;
-        const Pixels f = hn::LoadU(d32, face), b = hn::LoadU(d32, border), s = hn::LoadU(d32, shadow);
+        const Pixels f = hn::LoadU(kLanes32, face), b = hn::LoadU(kLanes32, border), s = hn::LoadU(kLanes32, shadow);
         if (IsAllZero(hn::Or(hn::Or(f, b), s))) return;
-        hn::StoreU(composite(Merged(f, b, s), hn::LoadU(d32, destination)), d32, destination);
-        hn::StoreU(hn::Zero(d32), d32, face);
-        hn::StoreU(hn::Zero(d32), d32, border);
-        hn::StoreU(hn::Zero(d32), d32, shadow);
+        hn::StoreU(composite(Merged(f, b, s), hn::LoadU(kLanes32, destination)), kLanes32, destination);
+        hn::StoreU(hn::Zero(kLanes32), kLanes32, face);
+        hn::StoreU(hn::Zero(kLanes32), kLanes32, border);
+        hn::StoreU(hn::Zero(kLanes32), kLanes32, shadow);
     });
 }
 
@@ -349,11 +352,11 @@ void FinishPremultiplied(uint32_t* destination, uint32_t* face, uint32_t* border
 void CompositeStraight(uint32_t* destination, const uint32_t* source, size_t count) {
     BlendRow(destination, source, count, [](Pixels s, Pixels d) HWY_ATTR {
         if (!IsOpaque(d)) return OneByOne<OverStraight<false> >(s, d);
-        const Halves sa = InBothHalves(Alpha(s)), left = hn::Sub(hn::Set(d16, 255), sa);
+        const Halves sa = InBothHalves(Alpha(s)), left = hn::Sub(hn::Set(kLanes16, 255), sa);
         const auto mixed = [&](Halves sc, Halves dc)
                                HWY_ATTR { return DividedBy255(hn::Add(hn::Mul(sc, sa), hn::Mul(dc, left))); };
         const Pixels color = FromBytes(mixed(EvenBytes(s), EvenBytes(d)), mixed(OddBytes(s), OddBytes(d)));
-        return hn::Or(color, hn::Set(d32, 0xFF000000U));
+        return hn::Or(color, hn::Set(kLanes32, 0xFF000000U));
     });
 }
 
@@ -362,32 +365,32 @@ void CompositePremultipliedOnto(uint32_t* destination, const uint32_t* source, s
 }
 
 void Premultiply(uint32_t* pixels, size_t count) {
-    const Pixels opaque = hn::Set(d32, 0xFF000000U);
+    const Pixels opaque = hn::Set(kLanes32, 0xFF000000U);
     ForRow(pixels, count, [&](uint32_t* out, size_t /*i*/) HWY_ATTR {
-        const Pixels straight = hn::LoadU(d32, out);
+        const Pixels straight = hn::LoadU(kLanes32, out);
         const Halves alpha = InBothHalves(Alpha(straight));
         const Pixels color = FromBytes(DividedBy255(hn::Mul(EvenBytes(straight), alpha)),
                                        DividedBy255(hn::Mul(OddBytes(straight), alpha)));
-        hn::StoreU(hn::Or(hn::AndNot(opaque, color), hn::And(straight, opaque)), d32, out);
+        hn::StoreU(hn::Or(hn::AndNot(opaque, color), hn::And(straight, opaque)), kLanes32, out);
     });
 }
 
 void Unpremultiply(uint32_t* pixels, size_t count) {
     ForRow(pixels, count, [&](uint32_t* out, size_t /*i*/) HWY_ATTR {
-        const Pixels premultiplied = hn::LoadU(d32, out);
+        const Pixels premultiplied = hn::LoadU(kLanes32, out);
         const Pixels alpha = Alpha(premultiplied);
-        if (hn::AllTrue(d32, hn::Eq(alpha, hn::Set(d32, 255)))) return;
-        const auto isClear = hn::Eq(alpha, hn::Zero(d32));
-        const Divider byAlpha(hn::Max(alpha, hn::Set(d32, 1)));
+        if (hn::AllTrue(kLanes32, hn::Eq(alpha, hn::Set(kLanes32, 255)))) return;
+        const auto isClear = hn::Eq(alpha, hn::Zero(kLanes32));
+        const Divider byAlpha(hn::Max(alpha, hn::Set(kLanes32, 1)));
         const Pixels half = hn::ShiftRight<1>(alpha);
         const auto straight = [&](Pixels channel) HWY_ATTR {
             const Pixels scaled = hn::Sub(hn::ShiftLeft<8>(channel), channel);
-            return hn::Min(byAlpha(hn::Add(scaled, half)), hn::Set(d32, 255));
+            return hn::Min(byAlpha(hn::Add(scaled, half)), hn::Set(kLanes32, 255));
         };
         const Pixels color = hn::Or(straight(Channel<0>(premultiplied)),
                                     hn::Or(hn::ShiftLeft<8>(straight(Channel<8>(premultiplied))),
                                            hn::ShiftLeft<16>(straight(Channel<16>(premultiplied)))));
-        hn::StoreU(hn::IfThenZeroElse(isClear, hn::Or(color, hn::ShiftLeft<24>(alpha))), d32, out);
+        hn::StoreU(hn::IfThenZeroElse(isClear, hn::Or(color, hn::ShiftLeft<24>(alpha))), kLanes32, out);
     });
 }
 
@@ -423,13 +426,7 @@ const RowKernels& BestRowKernels() {
 
 std::vector<const RowKernels*> VectorRowKernels() {
     std::vector<const RowKernels*> all;
-    for (int64_t left = hwy::SupportedTargets() & HWY_TARGETS; left != 0; left &= left - 1) {
-        hwy::SetSupportedTargetsForTest(left & -left);
-        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-        all.push_back(HWY_DYNAMIC_DISPATCH(Rows)());
-    }
-    hwy::SetSupportedTargetsForTest(0);
-    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+    ForEachVectorTarget([&] { all.push_back(HWY_DYNAMIC_DISPATCH(Rows)()); });
     return all;
 }
 
