@@ -49,6 +49,14 @@ struct Rgb {
 /// "1280x720"; each side 1 to 16384.
 [[nodiscard]] std::optional<FrameSize> ParseFrameSize(std::string_view text);
 
+/// The same with both sides from kLeast to kMost.
+template <int32_t kLeast, int32_t kMost>
+[[nodiscard]] std::optional<FrameSize> ParseSizeBetween(std::string_view text) {
+    const auto isFit = [](int32_t side) { return side >= kLeast && side <= kMost; };
+    const std::optional<FrameSize> size = ParseFrameSize(text);
+    return size && isFit(size->width) && isFit(size->height) ? size : std::nullopt;
+}
+
 /// "X,Y", two finite numbers.
 [[nodiscard]] std::optional<Position> ParsePosition(std::string_view text);
 

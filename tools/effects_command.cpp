@@ -23,13 +23,6 @@ std::optional<std::string> ParseEffectClass(std::string_view text) {
     return isThere ? std::optional<std::string>(text) : std::nullopt;
 }
 
-std::optional<FrameSize> ParseCellSize(std::string_view text) {
-    constexpr int32_t kSmallest = 32, kLargest = 640;
-    const auto isFit = [](int32_t side) { return side >= kSmallest && side <= kLargest; };
-    const std::optional<FrameSize> size = ParseFrameSize(text);
-    return size && isFit(size->width) && isFit(size->height) ? size : std::nullopt;
-}
-
 std::vector<EffectInfo> EffectsOf(const std::optional<std::string>& effectClass) {
     std::vector<EffectInfo> effects;
     std::ranges::copy_if(EffectList(), std::back_inserter(effects),
@@ -89,7 +82,7 @@ CLI::App* AddEffectsCommand(CLI::App& app, EffectsRequest& request) {
              "The text of the pictures, UTF-8; \\n begins a paragraph [CaptionFx]");
     AddValue(*effects, "--font", request.fontName, &ParseFontName, "a font name of 1 to 31 characters",
              "Font family of the text [DejaVu Sans]");
-    AddValue(*effects, "--cell", request.cell, &ParseCellSize, "a size such as 320x180, sides 32 to 640",
+    AddValue(*effects, "--cell", request.cell, &ParseSizeBetween<32, 640>, "a size such as 320x180, sides 32 to 640",
              "Size of one picture [160x90, with --class 320x180, in the gallery 320x180]");
     effects->add_flag("--quiet", request.isQuiet, "Say nothing of the gallery's progress")->needs(gallery);
     effects->callback([effects, sheet, gallery] {

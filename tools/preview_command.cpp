@@ -22,13 +22,6 @@ constexpr Rgb kPaper{30, 33, 38}, kCellGround{74, 80, 89}, kInk{232, 230, 225};
 constexpr int32_t kGap = 12, kLabelHeight = 26;
 constexpr float kLabelSize = 15.0F;
 
-std::optional<FrameSize> ParsePictureSize(std::string_view text) {
-    constexpr int32_t kSmallest = 96, kLargest = 2048;
-    const auto isFit = [](int32_t side) { return side >= kSmallest && side <= kLargest; };
-    const std::optional<FrameSize> size = ParseFrameSize(text);
-    return size && isFit(size->width) && isFit(size->height) ? size : std::nullopt;
-}
-
 /// As large as fits into the cell, in the shape of the frame.
 FrameSize FitInto(FrameSize cell, FrameSize frame) {
     const double scale =
@@ -77,7 +70,7 @@ CLI::App* AddPreviewCommand(CLI::App& app, PreviewRequest& request) {
              "The moments: seconds or percentages [0%,25%,50%,75%,100%]");
     AddValue(*preview, "--frame", request.frame, &ParseFrameSize, "a size such as 1280x720, sides 1 to 16384",
              "Size of the frame [that of the title, or 1280x720]");
-    AddValue(*preview, "--cell", request.cell, &ParsePictureSize, "a size such as 320x180, sides 96 to 2048",
+    AddValue(*preview, "--cell", request.cell, &ParseSizeBetween<96, 2048>, "a size such as 320x180, sides 96 to 2048",
              "The most that one picture takes [320x180]");
     AddValue(*preview, "--background", request.background, &ParseColor, "a colour RRGGBB, such as 102030",
              "Colour under the title [a gray]");
