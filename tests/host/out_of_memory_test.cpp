@@ -31,6 +31,11 @@ void* operator new(size_t bytes) {
 void* operator new[](size_t bytes) {
     return Allocate(bytes);
 }
+void* operator new(size_t bytes, const std::nothrow_t& /*tag*/) noexcept try {
+    return Allocate(bytes);
+} catch (const std::bad_alloc&) {
+    return nullptr;
+}
 void operator delete(void* block) noexcept {
     std::free(block);
 }
