@@ -27,8 +27,8 @@ struct LayerKey {
     int32_t PixelFormat;
     float SizeRatio, Ascent, ScaleX, ScaleY, WidthScale, RotateSin, RotateCos;
 };
-static_assert(sizeof(LayerKey) ==
-                  sizeof(LogFont) + 9 * 4 + sizeof(MetaFace) + sizeof(MetaBorder) + sizeof(MetaShadow) + 8 * 4,
+static_assert(sizeof(LayerKey) == sizeof(LogFont) + sizeof(GlyphMatrix) + sizeof(MetaFace) + sizeof(MetaBorder) +
+                                      sizeof(MetaShadow) + size_t{13} * 4,
               "no padding, since keys are compared as bytes");
 
 /// A glyph and, where they are needed, its border's masks.

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 #include <mutex>
 #include <string_view>
@@ -71,13 +70,12 @@ private:
         size_t Bytes;
         uint64_t LastUse;
     };
+    static std::string_view BytesOf(const Key& key) { return {reinterpret_cast<const char*>(&key), sizeof key}; }
     struct Hash {
-        size_t operator()(const Key& key) const {
-            return std::hash<std::string_view>()({reinterpret_cast<const char*>(&key), sizeof key});
-        }
+        size_t operator()(const Key& key) const { return std::hash<std::string_view>()(BytesOf(key)); }
     };
     struct Equal {
-        bool operator()(const Key& a, const Key& b) const { return std::memcmp(&a, &b, sizeof a) == 0; }
+        bool operator()(const Key& a, const Key& b) const { return BytesOf(a) == BytesOf(b); }
     };
 
     static constexpr size_t kMostCome = size_t{1} << 16U;
