@@ -102,7 +102,7 @@ private:
         const StringPlanes& planes = string.StringPlanes;
         workers_.RunBands(string.DirtyRect, [&](const TitleRect& band) {
             MergeFaceOverBorder({planes.BorderPlane, settings_.Width, settings_.Height},
-                                {planes.FacePlane, settings_.Width, settings_.Height}, band);
+                                {planes.FacePlane, settings_.Width, settings_.Height}, band, title_.Kernels());
             planes_.CompositePremultipliedOnto(planes.ShadowPlane, planes.BorderPlane, band);
         });
     }

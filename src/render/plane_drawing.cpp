@@ -155,13 +155,12 @@ int32_t DrawGlyphBitmap(const PlaneView& plane, const TitleRect& clip, const Gly
     return 1;
 }
 
-void MergeFaceOverBorder(const PlaneView& border, const PlaneView& face, const TitleRect& rect) {
+void MergeFaceOverBorder(const PlaneView& border, const PlaneView& face, const TitleRect& rect,
+                         const RowKernels& kernels) {
+    if (IsEmpty(rect)) return;
     for (int32_t y = rect.top; y < rect.bottom; ++y) {
-        uint32_t* const below = border.Pixels + std::ptrdiff_t{y} * border.Width;
-        const uint32_t* const above = face.Pixels + std::ptrdiff_t{y} * face.Width;
-        for (int32_t x = rect.left; x < rect.right; ++x) {
-            below[x] = FaceOverBorder(above[x], below[x]);
-        }
+        kernels.MergeFaceOverBorder(RowOf(border, y) + rect.left, RowOf(face, y) + rect.left,
+                                    static_cast<size_t>(rect.right - rect.left));
     }
 }
 

@@ -45,6 +45,7 @@ int32_t DrawGlyphBitmap(const PlaneView& plane, const TitleRect& clip, const Gly
                         uint32_t alpha, const RowKernels& kernels = PlainRowKernels());
 
 /// Lays the face plane over the border plane within `rect`, which lies in the planes.
-void MergeFaceOverBorder(const PlaneView& border, const PlaneView& face, const TitleRect& rect);
+void MergeFaceOverBorder(const PlaneView& border, const PlaneView& face, const TitleRect& rect,
+                         const RowKernels& kernels = PlainRowKernels());
 
 }  // namespace captionfx
