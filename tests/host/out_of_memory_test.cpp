@@ -86,10 +86,11 @@ TEST(OutOfMemoryTest, InsertionIsWholeOrNotAtAll) {
 
 TEST(OutOfMemoryTest, SoIsDeletion) {
     for (const auto& [first, count] : {std::pair{1, 2}, {0, 6}}) {
-        FailEverywhere([&](TestTitle& owner) { return owner.Title.DeleteText(0, first, count); },
-                       [&](TestTitle& owner, int32_t result) {
-                           EXPECT_EQ(owner.Title.GetCharCount(0), result == kTitleOutOfMemory ? 6 : 6 - count);
-                       });
+        FailEverywhere(
+            [first = first, count = count](TestTitle& owner) { return owner.Title.DeleteText(0, first, count); },
+            [count = count](TestTitle& owner, int32_t result) {
+                EXPECT_EQ(owner.Title.GetCharCount(0), result == kTitleOutOfMemory ? 6 : 6 - count);
+            });
     }
 }
 

@@ -54,7 +54,7 @@ struct LayersTest : testing::Test {
         std::string rows;
         for (size_t i = 0; i < layer.PixelCount(); ++i) {
             if (i > 0 && i % static_cast<size_t>(layer.Width) == 0) rows += '/';
-            rows += AlphaOf(layer.Pixels[i]) == 0 ? '.' : '#';
+            rows += AlphaOf(layer.Pixels.get()[i]) == 0 ? '.' : '#';
         }
         return rows;
     }
