@@ -23,7 +23,7 @@ class SharedCache {
     static_assert(std::is_trivially_copyable_v<Key>);
 
 public:
-    /// Holds up to about `mostBytes`.
+    /// Holds up to `mostBytes`.
     explicit SharedCache(size_t mostBytes) : mostBytes_(mostBytes) {}
 
     /// What was used before this moment goes first when there is too much.
@@ -44,11 +44,10 @@ public:
     /// Keeps a value of `bytes`. Memory that runs out for it is no failure: it is made again then.
     void Insert(const Key& key, std::shared_ptr<const Value> value, size_t bytes, CacheUse use) try {
         const std::lock_guard lock(mutex_);
-        if (bytes > mostBytes_ / 4) return;
         if (use == CacheUse::kPassing && !HasCome(key)) return;
-        if (!entries_.try_emplace(key, Entry{std::move(value), bytes, frame_}).second) return;
-        bytes_ += bytes;
-        if (bytes_ > mostBytes_) MakeRoom();
+        if (bytes_ + bytes > mostBytes_) MakeRoom();
+        if (bytes_ + bytes > mostBytes_) return;  // this frame alone fills it
+        if (entries_.try_emplace(key, Entry{std::move(value), bytes, frame_}).second) bytes_ += bytes;
     } catch (const std::bad_alloc&) {
     }
 
@@ -57,11 +56,6 @@ public:
         entries_.clear();
         come_.clear();
         bytes_ = 0;
-    }
-
-    [[nodiscard]] size_t Bytes() const {
-        const std::lock_guard lock(mutex_);
-        return bytes_;
     }
 
 private:
@@ -88,6 +82,7 @@ private:
 
     /// Throws out the longest unused quarter and more, of what this frame has not used.
     void MakeRoom() {
+        if (entries_.empty()) return;
         std::vector<uint64_t> uses;
         uses.reserve(entries_.size());
         for (const auto& [key, entry] : entries_) uses.push_back(entry.LastUse);
@@ -102,7 +97,7 @@ private:
     }
 
     const size_t mostBytes_;
-    mutable std::mutex mutex_;
+    std::mutex mutex_;
     std::unordered_map<Key, Entry, Hash, Equal> entries_;
     std::unordered_set<size_t> come_;
     size_t bytes_ = 0;
