@@ -4,6 +4,7 @@
 
 #include "platform/conversions.h"
 #include "platform/portable_math.h"
+#include "render/kernels/mask_kernels.h"
 
 namespace captionfx {
 namespace {
@@ -48,10 +49,7 @@ std::optional<CoverageMask> MaskFromGrays(const GlyphCoverage& glyph, GlyphForma
     while (bytes % width != 0 && (width + 4) * height <= bytes) width += 4;
     std::optional<CoverageMask> mask = MakeMask(width, height);
     if (!mask || bytes < width * height) return std::nullopt;
-    const uint32_t factor = LevelFactor(format);
-    for (size_t i = 0; i < mask->Bytes.size(); ++i) {
-        if (glyph.Bytes[i] != 0) mask->Bytes[i] = static_cast<uint8_t>(glyph.Bytes[i] * factor - 1);
-    }
+    BestMaskKernels().CoverageOfLevels(mask->Bytes.data(), glyph.Bytes.data(), mask->Bytes.size(), LevelFactor(format));
     return mask;
 }
 

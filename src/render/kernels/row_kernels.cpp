@@ -207,8 +207,8 @@ HWY_INLINE void PlaceVector(uint32_t* target, Pixels a, const PlacementLanes& p)
     hn::StoreU(Placed(hn::LoadU(kLanes32, target), a, p.ColorEven, p.ColorOdd), kLanes32, target);
 }
 
-/// Whether a vector is empty is not asked: among letters no processor guesses the answer often enough to pay for it.
-/// Two vectors of pixels, as many as one of half as wide lanes has.
+/// Two vectors of pixels, as many as one of half as wide lanes has. Whether a vector is empty is not asked: among
+/// letters no processor guesses the answer often enough to pay for it.
 HWY_INLINE void PlaceTwo(uint32_t* target, const uint8_t* upper, const uint8_t* lower, const PlacementLanes& p) {
     const auto samples = [](const uint8_t* at) HWY_ATTR {
         return hn::PromoteTo(kLanes16, hn::LoadU(hn::Rebind<uint8_t, Lanes16>(), at));
