@@ -1,4 +1,4 @@
-// Memory for the planes of bands, kept from frame to frame.
+// Memory for the planes of tiles, kept from frame to frame.
 #pragma once
 
 #include <cstdint>
@@ -8,10 +8,10 @@
 
 namespace captionfx {
 
-/// Lends blocks of pixels that are 0 and must be 0 again when they come back. Safe on several threads.
+/// Lends blocks of numbers that are 0 and must be 0 again when they come back. Safe on several threads.
 class BandPlanes {
 public:
-    using Block = std::vector<uint32_t>;
+    using Block = std::vector<uint16_t>;
 
     /// A block that goes back by itself.
     class Loan {
@@ -21,14 +21,14 @@ public:
         Loan& operator=(const Loan&) = delete;
         ~Loan() { owner_.TakeBack(std::move(block_)); }
 
-        [[nodiscard]] uint32_t* Pixels() { return block_.data(); }
+        [[nodiscard]] uint16_t* Numbers() { return block_.data(); }
 
     private:
         BandPlanes& owner_;
         Block block_;
     };
 
-    [[nodiscard]] Loan Borrow(size_t pixels) {
+    [[nodiscard]] Loan Borrow(size_t numbers) {
         Block block;
         {
             const std::lock_guard lock(mutex_);
@@ -37,7 +37,7 @@ public:
                 free_.pop_back();
             }
         }
-        block.resize(pixels);
+        block.resize(numbers);
         return {*this, std::move(block)};
     }
 

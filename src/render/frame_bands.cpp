@@ -8,133 +8,174 @@
 namespace captionfx {
 namespace {
 
-/// The layers of one string, dealt out to the bands that they touch; in each band they keep their order.
-class BandedLayers {
+/// The tiles that make up the rectangle of a frame, in rows and columns of them.
+class TileGrid {
 public:
-    BandedLayers(const PlacedString& string, const TitleRect& rect, int32_t bandCount)
-        : string_(string.String()), layers_(string.Layers()), starts_(static_cast<size_t>(bandCount) + 1) {
-        const auto bandsOf = [&](const PlaneLayer& layer, const auto& visit) {
-            const TitleRect seen = Intersection(layer.Layer.Rect, rect);
-            if (IsEmpty(seen)) return;
-            const int32_t last = (seen.bottom - 1 - rect.top) / kBandRows;
-            for (int32_t band = (seen.top - rect.top) / kBandRows; band <= last; ++band)
-                visit(static_cast<size_t>(band));
-        };
-        for (const PlaneLayer& layer : layers_) bandsOf(layer, [&](size_t band) { ++starts_[band + 1]; });
-        for (size_t band = 1; band < starts_.size(); ++band) starts_[band] += starts_[band - 1];
-        ofBands_.resize(starts_.back());
-        std::vector<size_t> next(starts_.begin(), starts_.end() - 1);
-        for (const PlaneLayer& layer : layers_) bandsOf(layer, [&](size_t band) { ofBands_[next[band]++] = &layer; });
+    explicit TileGrid(const TitleRect& rect) : rect_(rect) {}
+
+    [[nodiscard]] int32_t Columns() const { return TilesOf(rect_.right - rect_.left, kTileColumns); }
+    [[nodiscard]] int32_t Rows() const { return TilesOf(rect_.bottom - rect_.top, kBandRows); }
+    [[nodiscard]] size_t Count() const { return static_cast<size_t>(Columns()) * static_cast<size_t>(Rows()); }
+
+    /// The pixels of column `column` in a band.
+    [[nodiscard]] TitleRect Tile(const TitleRect& band, int32_t column) const {
+        const int32_t left = band.left + column * kTileColumns;
+        return {left, band.top, std::min(left + kTileColumns, band.right), band.bottom};
     }
 
-    [[nodiscard]] const MetaString& String() const { return string_; }
-
+    /// Calls visit(index) for each tile that `rect` touches.
     template <class Visit>
-    void ForBand(int32_t band, Visit visit) const {
-        const auto i = static_cast<size_t>(band);
-        for (size_t n = starts_[i]; n < starts_[i + 1]; ++n) visit(*ofBands_[n]);
+    void ForTouched(const TitleRect& rect, Visit visit) const {
+        const TitleRect seen = Intersection(rect, rect_);
+        if (IsEmpty(seen)) return;
+        const int32_t lastRow = (seen.bottom - 1 - rect_.top) / kBandRows,
+                      lastColumn = (seen.right - 1 - rect_.left) / kTileColumns;
+        for (int32_t row = (seen.top - rect_.top) / kBandRows; row <= lastRow; ++row) {
+            for (int32_t column = (seen.left - rect_.left) / kTileColumns; column <= lastColumn; ++column)
+                visit(IndexOf(row, column));
+        }
+    }
+
+    [[nodiscard]] size_t IndexOf(int32_t row, int32_t column) const {
+        return static_cast<size_t>(row) * static_cast<size_t>(Columns()) + static_cast<size_t>(column);
     }
 
 private:
-    const MetaString& string_;
-    std::vector<PlaneLayer> layers_;
-    std::vector<size_t> starts_;  // of each band in ofBands_, and the end of the last one
-    std::vector<const PlaneLayer*> ofBands_;
+    static int32_t TilesOf(int32_t length, int32_t side) { return (length + side - 1) / side; }
+
+    TitleRect rect_;
 };
 
-/// The planes of one band while a string is in them. Between strings all is 0.
-class Band {
+/// The layers of one string, dealt out to the tiles that they touch; in each tile they keep their order.
+class TiledLayers {
 public:
-    Band(const FrameTitle& title, const TitleRect& rect, uint32_t* planes)
-        : title_(title), rect_(rect), planes_(planes), pitch_(title.Settings.Width + kPixelPadding) {}
-
-    static size_t PixelsOf(const FrameTitle& title) {
-        return static_cast<size_t>(title.Settings.Width + kPixelPadding) * kBandRows * kPlaneCount;
+    TiledLayers(const PlacedString& string, const TileGrid& grid)
+        : layers_(string.Layers()), starts_(grid.Count() + 1) {
+        for (const PlaneLayer& layer : layers_) grid.ForTouched(layer.Layer.Rect, [&](size_t i) { ++starts_[i + 1]; });
+        for (size_t i = 1; i < starts_.size(); ++i) starts_[i] += starts_[i - 1];
+        ofTiles_.resize(starts_.back());
+        std::vector<size_t> next(starts_.begin(), starts_.end() - 1);
+        ColorSurvey surveys[kPlaneCount];
+        for (const PlaneLayer& layer : layers_) {
+            grid.ForTouched(layer.Layer.Rect, [&](size_t i) { ofTiles_[next[i]++] = &layer; });
+            const GlyphBitmap& bitmap = *layer.Layer.Bitmap;
+            bitmap.Coverage ? surveys[layer.Plane].Add(bitmap.Color) : surveys[layer.Plane].AddAnyColor();
+        }
+        for (size_t plane = 0; plane < kPlaneCount; ++plane) colors_[plane] = surveys[plane].Stored();
     }
 
-    void Draw(const PlaneLayer& layer) const {
-        DrawLayer({.Pixels = Plane(layer.Plane),
-                   .Width = title_.Settings.Width,
-                   .Height = rect_.bottom - rect_.top,
-                   .Top = rect_.top,
-                   .Padding = kPixelPadding},
-                  layer.Layer, title_.Kernels());
-    }
+    /// What the string's planes store.
+    [[nodiscard]] const StoredColors& ColorsOf(PlaneIndex plane) const { return colors_[plane]; }
+    [[nodiscard]] bool IsEmpty(size_t tile) const { return starts_[tile] == starts_[tile + 1]; }
 
-    /// Composites what was drawn, all of it within `dirty`, and leaves the planes 0.
-    void Finish(const TitleRect& dirty, uint32_t* destination) const {
-        const RowKernels& kernels = title_.Kernels();
-        const auto finish = HasAlpha() ? kernels.FinishPremultiplied : kernels.FinishStraight;
-        ForRows(dirty, [&](size_t at, std::ptrdiff_t inFrame, size_t count) {
-            finish(destination + inFrame, Plane(kFacePlane) + at, Plane(kBorderPlane) + at, Plane(kShadowPlane) + at,
-                   count);
-        });
-    }
-
-    /// The same for an image that is also wanted: it is copied to `kept` for the whole band.
-    void Keep(const TitleRect& dirty, uint32_t* destination, uint32_t* kept) const {
-        const RowKernels& kernels = title_.Kernels();
-        const auto composite = HasAlpha() ? kernels.CompositePremultipliedOnto : kernels.CompositePremultiplied;
-        ForRows(dirty, [&](size_t at, std::ptrdiff_t /*inFrame*/, size_t count) {
-            kernels.MergePlanes(Plane(kFacePlane) + at, Plane(kBorderPlane) + at, Plane(kShadowPlane) + at, count);
-        });
-        ForRows(rect_, [&](size_t at, std::ptrdiff_t inFrame, size_t count) {
-            uint32_t* const image = Plane(kShadowPlane) + at;
-            composite(destination + inFrame, image, count);
-            std::copy_n(image, count, kept + inFrame);
-            std::fill_n(image, count, 0U);
-        });
+    template <class Visit>
+    void ForTile(size_t tile, Visit visit) const {
+        for (size_t n = starts_[tile]; n < starts_[tile + 1]; ++n) visit(*ofTiles_[n]);
     }
 
 private:
-    [[nodiscard]] uint32_t* Plane(PlaneIndex plane) const {
-        return planes_ + size_t{plane} * kBandRows * static_cast<size_t>(pitch_);
+    std::vector<PlaneLayer> layers_;
+    std::vector<size_t> starts_;  // of each tile in ofTiles_, and the end of the last one
+    std::vector<const PlaneLayer*> ofTiles_;
+    StoredColors colors_[kPlaneCount];
+};
+
+/// The planes of one tile while a string is in them. Between strings all is 0.
+class Tile {
+public:
+    Tile(const FrameTitle& title, const TitleRect& rect, uint16_t* numbers)
+        : title_(title), rect_(rect), numbers_(numbers) {}
+
+    static constexpr std::ptrdiff_t kPitch = kTileColumns + kPixelPadding, kChannelPitch = kPitch * kBandRows,
+                                    kPlanePitch = kChannelPitch * 4;
+    static constexpr size_t kNumbers = size_t{kPlanePitch} * kPlaneCount;
+
+    /// Draws the string's layers that lie here, composites them, and leaves the planes 0.
+    void Show(const TiledLayers& string, size_t index, uint32_t* destination) const {
+        if (string.IsEmpty(index)) return;
+        const ChannelPlanes planes = Draw(string, index);
+        const auto finish = HasAlpha() ? BestChannelKernels().FinishPremultiplied : BestChannelKernels().FinishStraight;
+        finish(destination + FirstPixel(), title_.Settings.Width, planes, Rows(), Columns());
+        ClearOverrun(planes);
     }
 
+    /// The same for an image that is also wanted: it becomes all of the tile in `kept`.
+    void Keep(const TiledLayers& string, size_t index, uint32_t* destination, uint32_t* kept) const {
+        const ChannelPlanes planes = Draw(string, index);
+        const std::ptrdiff_t pitch = title_.Settings.Width;
+        BestChannelKernels().Merge(kept + FirstPixel(), pitch, planes, Rows(), Columns());
+        ClearOverrun(planes);
+        const RowKernels& kernels = title_.Kernels();
+        const auto composite = HasAlpha() ? kernels.CompositePremultipliedOnto : kernels.CompositePremultiplied;
+        for (std::ptrdiff_t at = FirstPixel(), y = 0; y < Rows(); ++y, at += pitch)
+            composite(destination + at, kept + at, static_cast<size_t>(Columns()));
+    }
+
+private:
+    [[nodiscard]] int32_t Rows() const { return rect_.bottom - rect_.top; }
+    [[nodiscard]] int32_t Columns() const { return rect_.right - rect_.left; }
+    [[nodiscard]] std::ptrdiff_t FirstPixel() const {
+        return std::ptrdiff_t{rect_.top} * title_.Settings.Width + rect_.left;
+    }
     [[nodiscard]] bool HasAlpha() const { return title_.Settings.DestinationAlpha != 0; }
 
-    /// Calls use(index in a plane, index in the frame, count) for each row of `rect` that is the band's.
-    template <class Use>
-    void ForRows(const TitleRect& rect, Use use) const {
-        const TitleRect here = Intersection(rect, rect_);
-        for (int32_t y = here.top; y < here.bottom; ++y) {
-            use(static_cast<size_t>(y - rect_.top) * static_cast<size_t>(pitch_) + static_cast<size_t>(here.left),
-                std::ptrdiff_t{y} * title_.Settings.Width + here.left, static_cast<size_t>(here.right - here.left));
+    [[nodiscard]] ChannelPlanes Draw(const TiledLayers& string, size_t index) const {
+        const auto plane = [&](PlaneIndex i) {
+            return ChannelPlane{numbers_ + i * kPlanePitch, kPitch, kChannelPitch, string.ColorsOf(i)};
+        };
+        const ChannelPlanes planes{plane(kFacePlane), plane(kBorderPlane), plane(kShadowPlane)};
+        string.ForTile(index, [&](const PlaneLayer& layer) { DrawLayer({plane(layer.Plane), rect_}, layer.Layer); });
+        return planes;
+    }
+
+    /// In a tile that is not full, what was written behind its rows lies where the next one has pixels.
+    void ClearOverrun(const ChannelPlanes& planes) const {
+        if (Columns() == kTileColumns) return;
+        for (const ChannelPlane* plane : {&planes.Face, &planes.Border, &planes.Shadow}) {
+            for (std::ptrdiff_t channel = 0; channel <= plane->Colors.Count; ++channel) {
+                uint16_t* row = plane->Alpha + channel * kChannelPitch;
+                for (int32_t y = 0; y < Rows(); ++y, row += kPitch)
+                    std::fill(row + Columns(), row + kPitch, uint16_t{0});
+            }
         }
     }
 
     const FrameTitle& title_;
     TitleRect rect_;
-    uint32_t* planes_;
-    int32_t pitch_;
+    uint16_t* numbers_;
 };
 
 /// All strings of a frame in one band.
 class BandDrawing {
 public:
-    BandDrawing(const FrameTitle& title, const std::vector<BandedLayers>& strings, uint32_t* destination,
-                uint32_t* kept)
-        : title_(title), strings_(strings), destination_(destination), kept_(kept) {}
+    BandDrawing(const FrameTitle& title, const TileGrid& grid, const std::vector<TiledLayers>& strings,
+                uint32_t* destination, uint32_t* kept)
+        : title_(title), grid_(grid), strings_(strings), destination_(destination), kept_(kept) {}
 
-    void Draw(const TitleRect& rect, int32_t index) const {
-        BandPlanes::Loan planes = title_.Cache.Planes.Borrow(Band::PixelsOf(title_));
-        const Band band(title_, rect, planes.Pixels());
+    void Draw(const TitleRect& band, int32_t row) const {
+        BandPlanes::Loan planes = title_.Cache.Planes.Borrow(Tile::kNumbers);
+        for (int32_t column = 0; column < grid_.Columns(); ++column) {
+            DrawTile(grid_.Tile(band, column), grid_.IndexOf(row, column), planes.Numbers());
+        }
+    }
+
+private:
+    void DrawTile(const TitleRect& rect, size_t index, uint16_t* planes) const {
+        const Tile tile(title_, rect, planes);
         const bool hasAlpha = title_.Settings.DestinationAlpha != 0;
         const RowKernels& kernels = title_.Kernels();
         if (hasAlpha) ForDestination(rect, kernels.Premultiply);
-        for (const BandedLayers& string : strings_) {
-            string.ForBand(index, [&](const PlaneLayer& layer) { band.Draw(layer); });
+        for (const TiledLayers& string : strings_) {
             const bool isKept = kept_ != nullptr && &string == &strings_.back();
             if (isKept) {
-                band.Keep(string.String().DirtyRect, destination_, kept_);
+                tile.Keep(string, index, destination_, kept_);
             } else {
-                band.Finish(string.String().DirtyRect, destination_);
+                tile.Show(string, index, destination_);
             }
         }
         if (hasAlpha) ForDestination(rect, kernels.Unpremultiply);
     }
 
-private:
     void ForDestination(const TitleRect& rect, void (*change)(uint32_t*, size_t)) const {
         for (int32_t y = rect.top; y < rect.bottom; ++y) {
             change(destination_ + std::ptrdiff_t{y} * title_.Settings.Width + rect.left,
@@ -143,7 +184,8 @@ private:
     }
 
     const FrameTitle& title_;
-    const std::vector<BandedLayers>& strings_;
+    const TileGrid& grid_;
+    const std::vector<TiledLayers>& strings_;
     uint32_t* destination_;
     uint32_t* kept_;
 };
@@ -159,12 +201,12 @@ void DrawInBands(const FrameTitle& title, const std::vector<PlacedString>& strin
                  uint32_t* kept) {
     const TitleRect rect = title.Cache.FrameDirtyRect;
     if (IsEmpty(rect)) return;
-    const int32_t bandCount = (rect.bottom - rect.top + kBandRows - 1) / kBandRows;
-    std::vector<BandedLayers> banded;
-    banded.reserve(strings.size());
-    for (const PlacedString& string : strings) banded.emplace_back(string, rect, bandCount);
-    const BandDrawing drawing(title, banded, destination, kept);
-    title.Workers().ForBands(rect, [&](const TitleRect& band, int32_t index) { drawing.Draw(band, index); });
+    const TileGrid grid(rect);
+    std::vector<TiledLayers> tiled;
+    tiled.reserve(strings.size());
+    for (const PlacedString& string : strings) tiled.emplace_back(string, grid);
+    const BandDrawing drawing(title, grid, tiled, destination, kept);
+    title.Workers().ForBands(rect, [&](const TitleRect& band, int32_t row) { drawing.Draw(band, row); });
 }
 
 }  // namespace captionfx

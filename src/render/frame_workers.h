@@ -9,7 +9,7 @@
 
 namespace captionfx {
 
-inline constexpr int32_t kBandRows = 24;  // of full-HD rows, about what a core's cache holds
+inline constexpr int32_t kBandRows = 24;
 
 /// Shares tasks between the calling thread and the workers of a pool. Workers take the next task as they come free, so
 /// that a batch costs one job a worker, however many tasks it has. With one thread all tasks run here, in order.

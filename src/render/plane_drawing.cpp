@@ -66,14 +66,11 @@ uint32_t Placed(uint32_t target, const PlacedLayer& w, uint32_t s00, uint32_t s1
     return PlacedOver(target, color, a);
 }
 
-uint32_t* RowOf(const PlaneView& plane, int32_t y) {
-    return plane.Pixels + std::ptrdiff_t{y - plane.Top} * (plane.Width + plane.Padding);
-}
-
-void DrawPixels(const PlaneView& plane, const PlacedLayer& layer, const TitleRect& rect) {
+/// Replaces each pixel of `rect` by place(row, column, the four samples that meet in it).
+template <class Place>
+void ForPixels(const PlacedLayer& layer, const TitleRect& rect, Place place) {
     const GlyphBitmap& bitmap = *layer.Bitmap;
     for (int32_t row = rect.top; row < rect.bottom; ++row) {
-        uint32_t* const out = RowOf(plane, row);
         // The two rows of the bitmap that meet in this one; a row or a column outside counts as zero.
         const int64_t v = row - layer.Row;
         const uint32_t* const upper = v >= 1 ? bitmap.Pixels.get() + (v - 1) * bitmap.Width : nullptr;
@@ -82,34 +79,46 @@ void DrawPixels(const PlaneView& plane, const PlacedLayer& layer, const TitleRec
             return samples != nullptr && u >= 0 && u < bitmap.Width ? samples[u] : 0U;
         };
         uint32_t s00 = sample(upper, rect.left - layer.Column - 1), s01 = sample(lower, rect.left - layer.Column - 1);
-        for (int64_t column = rect.left; column < rect.right; ++column) {
+        for (int32_t column = rect.left; column < rect.right; ++column) {
             const uint32_t s10 = sample(upper, column - layer.Column), s11 = sample(lower, column - layer.Column);
-            out[column] = Placed(out[column], layer, s00, s10, s01, s11);
+            place(row, column, s00, s10, s01, s11);
             s00 = s10;
             s01 = s11;
         }
     }
 }
 
-void DrawCoverage(const PlaneView& plane, const PlacedLayer& layer, const TitleRect& rect, const RowKernels& kernels) {
+/// The rows of a layer's coverage that come to lie in `rect`, for a plane whose first column is the frame's `left`.
+CoverageRows RowsOf(const PlacedLayer& layer, const TitleRect& rect, int32_t left) {
     const CoverageLayer& coverage = *layer.Bitmap->Coverage;
     const auto v = static_cast<int32_t>(rect.top - layer.Row);
-    const auto right = static_cast<int32_t>(rect.right - layer.Column);
-    kernels.PlaceCoverage(RowOf(plane, rect.top), std::ptrdiff_t{plane.Width} + plane.Padding,
-                          {.Samples = coverage.Row(v - 1),
-                           .Spans = coverage.Spans(v - 1),
-                           .Pitch = coverage.Pitch(),
-                           .Count = rect.bottom - rect.top,
-                           .Left = static_cast<int32_t>(rect.left - layer.Column),
-                           .Right = right,
-                           .Column = static_cast<std::ptrdiff_t>(layer.Column),
-                           .MayOverrun = plane.Padding >= kPixelPadding && right == coverage.Width() + 1},
-                          {.W00 = layer.W00,
-                           .W10 = layer.W10,
-                           .W01 = layer.W01,
-                           .W11 = layer.W11,
-                           .Alpha = layer.Alpha,
-                           .Color = layer.Bitmap->Color});
+    return {.Samples = coverage.Row(v - 1),
+            .Spans = coverage.Spans(v - 1),
+            .Pitch = coverage.Pitch(),
+            .Count = rect.bottom - rect.top,
+            .Left = static_cast<int32_t>(rect.left - layer.Column),
+            .Right = static_cast<int32_t>(rect.right - layer.Column),
+            .Column = static_cast<std::ptrdiff_t>(layer.Column - left)};
+}
+
+CoveragePlacement PlacementOf(const PlacedLayer& layer) {
+    return {.W00 = layer.W00,
+            .W10 = layer.W10,
+            .W01 = layer.W01,
+            .W11 = layer.W11,
+            .Alpha = layer.Alpha,
+            .Color = layer.Bitmap->Color};
+}
+
+void DrawLayer(const PlaneView& plane, const PlacedLayer& layer, const RowKernels& kernels) {
+    if (layer.Bitmap->Coverage) {
+        kernels.PlaceCoverage(plane.Row(layer.Rect.top), plane.Width, RowsOf(layer, layer.Rect, 0), PlacementOf(layer));
+        return;
+    }
+    ForPixels(layer, layer.Rect, [&](int32_t row, int32_t column, auto... samples) {
+        uint32_t& pixel = plane.Row(row)[column];
+        pixel = Placed(pixel, layer, samples...);
+    });
 }
 
 }  // namespace
@@ -135,21 +144,25 @@ std::optional<PlacedLayer> PlaceLayer(const GlyphBitmap& bitmap, float x, float 
                        .Alpha = alpha};
 }
 
-void DrawLayer(const PlaneView& plane, const PlacedLayer& layer, const RowKernels& kernels) {
-    const TitleRect rect = Intersection(layer.Rect, {0, plane.Top, plane.Width, plane.Top + plane.Height});
+void DrawLayer(const TileView& tile, const PlacedLayer& layer) {
+    const TitleRect rect = Intersection(layer.Rect, tile.Rect);
     if (IsEmpty(rect)) return;
     if (layer.Bitmap->Coverage) {
-        DrawCoverage(plane, layer, rect, kernels);
-    } else {
-        DrawPixels(plane, layer, rect);
+        BestChannelKernels().Place(tile.Plane.From(rect.top - tile.Rect.top, 0), RowsOf(layer, rect, tile.Rect.left),
+                                   PlacementOf(layer));
+        return;
     }
+    ForPixels(layer, rect, [&](int32_t row, int32_t column, auto... samples) {
+        const ChannelPlane pixels = tile.Plane.From(row - tile.Rect.top, column - tile.Rect.left);
+        pixels.SetPixel(0, Placed(pixels.Pixel(0), layer, samples...));
+    });
 }
 
 int32_t DrawGlyphBitmap(const PlaneView& plane, const TitleRect& clip, const GlyphBitmap& bitmap, float x, float y,
                         uint32_t alpha, const RowKernels& kernels) {
     if (plane.Pixels == nullptr || bitmap.IsAbsent()) return 0;
     if (plane.Width < 1 || plane.Height < 1 || bitmap.Width < 1 || bitmap.Height < 1 || alpha < 1) return 0;
-    const TitleRect limit = Intersection(clip, {0, plane.Top, plane.Width, plane.Top + plane.Height});
+    const TitleRect limit = Intersection(clip, {0, 0, plane.Width, plane.Height});
     const std::optional<PlacedLayer> layer = PlaceLayer(bitmap, x, y, alpha, limit);
     if (layer) DrawLayer(plane, *layer, kernels);
     return 1;
@@ -159,7 +172,7 @@ void MergeFaceOverBorder(const PlaneView& border, const PlaneView& face, const T
                          const RowKernels& kernels) {
     if (IsEmpty(rect)) return;
     for (int32_t y = rect.top; y < rect.bottom; ++y) {
-        kernels.MergeFaceOverBorder(RowOf(border, y) + rect.left, RowOf(face, y) + rect.left,
+        kernels.MergeFaceOverBorder(border.Row(y) + rect.left, face.Row(y) + rect.left,
                                     static_cast<size_t>(rect.right - rect.left));
     }
 }

@@ -5,16 +5,23 @@
 
 #include "host/caption_fx.h"
 #include "render/glyph_bitmap.h"
+#include "render/kernels/channel_kernels.h"
 #include "render/kernels/row_kernels.h"
 
 namespace captionfx {
 
-/// Rows of a picture of the frame's width, colour multiplied by alpha: all of them, or a band.
+/// A picture of the frame's size, colour multiplied by alpha.
 struct PlaneView {
     uint32_t* Pixels;
     int32_t Width, Height;
-    int32_t Top = 0;      ///< The frame's row that the first one is.
-    int32_t Padding = 0;  ///< Pixels behind each row that may be written as they were.
+
+    [[nodiscard]] uint32_t* Row(int32_t y) const { return Pixels + std::ptrdiff_t{y} * Width; }
+};
+
+/// A part of the frame, channel by channel.
+struct TileView {
+    ChannelPlane Plane;  ///< Of the rectangle's size, and padded.
+    TitleRect Rect;      ///< Of the frame.
 };
 
 /// A layer on its place in the frame.
@@ -36,8 +43,8 @@ struct PlacedLayer {
 [[nodiscard]] std::optional<PlacedLayer> PlaceLayer(const GlyphBitmap& bitmap, float x, float y, uint32_t alpha,
                                                     const TitleRect& limit);
 
-/// Draws what of a layer lies in the rows of `plane`, a part of the frame that it was placed in.
-void DrawLayer(const PlaneView& plane, const PlacedLayer& layer, const RowKernels& kernels);
+/// Draws what of a layer lies in a tile; its plane must be laid out for the layer's colours.
+void DrawLayer(const TileView& tile, const PlacedLayer& layer);
 
 /// PlaceLayer and DrawLayer within `clip`. Returns 1, or 0 for an absent bitmap, a plane of no size or an alpha
 /// below 1.

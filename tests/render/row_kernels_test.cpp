@@ -3,53 +3,13 @@
 
 #include <algorithm>
 #include <functional>
-#include <random>
 
 #include <gtest/gtest.h>
 
-#include "render/pixel.h"
+#include "support/random_rows.h"
 
 namespace captionfx::test {
 namespace {
-
-/// Rows of random pixels, among them many that are clear, opaque or extreme.
-class RandomRows {
-public:
-    uint32_t Pixel(bool isPlanePixel) {
-        const uint32_t alpha = Byte();
-        if (isPlanePixel && alpha == 0) return 0;
-        return Byte() | Byte() << 8U | Byte() << 16U | alpha << 24U;
-    }
-    uint32_t Byte() {
-        constexpr uint32_t kExtreme[] = {0, 0, 0, 1, 127, 128, 254, 255, 255, 255};
-        const auto number = static_cast<uint32_t>(random_());
-        return number % 3 == 0 ? number >> 24U : kExtreme[number / 3 % std::size(kExtreme)];
-    }
-    std::vector<uint32_t> Row(size_t count, bool isPlane) {
-        // Now and then a row of one kind, so that what is passed over as a whole is tried too.
-        const bool isClear = Byte() == 1, isOpaque = Byte() == 254;
-        std::vector<uint32_t> row(count);
-        for (uint32_t& pixel : row) {
-            pixel = isClear ? 0 : Pixel(isPlane);
-            if (isOpaque) pixel |= 0xFF000000U;
-        }
-        return row;
-    }
-    CoveragePlacement Placement() {
-        const auto fraction = [&] { return static_cast<float>(random_() % 1001) / 1000; };
-        const float fx = fraction(), fy = fraction();
-        const auto weight = [](float product) { return static_cast<uint32_t>(static_cast<double>(product) * 65356.0); };
-        return {.W00 = weight(fx * fy),
-                .W10 = weight((1 - fx) * fy),
-                .W01 = weight(fx * (1 - fy)),
-                .W11 = weight((1 - fx) * (1 - fy)),
-                .Alpha = std::max(1U, Byte()),
-                .Color = Pixel(false) & kColorMask};
-    }
-
-private:
-    std::mt19937 random_{7};
-};
 
 constexpr size_t kMostPixels = 80, kGuard = 3;
 
@@ -99,53 +59,8 @@ TEST(RowKernelsTest, AllWidthsGiveThePlainBytes) {
     }
 }
 
-TEST(RowKernelsTest, MergedPlanesAreThoseOfThreeSteps) {
-    RandomRows random;
-    std::vector<const RowKernels*> all = VectorRowKernels();
-    all.push_back(&PlainRowKernels());
-    for (size_t round = 0; round < 10 * kMostPixels; ++round) {
-        const size_t count = round % (kMostPixels + 1);
-        const std::vector<uint32_t> face = random.Row(count, true), border = random.Row(count, true),
-                                    shadow = random.Row(count, true);
-        std::vector<uint32_t> merged = border, image = shadow;
-        PlainRowKernels().MergeFaceOverBorder(merged.data(), face.data(), count);
-        PlainRowKernels().CompositePremultipliedOnto(image.data(), merged.data(), count);
-        for (const RowKernels* rows : all) {
-            std::vector<uint32_t> f = face, b = border, s = shadow;
-            rows->MergePlanes(f.data(), b.data(), s.data(), count);
-            ASSERT_EQ(s, image) << count;
-            ASSERT_EQ(f, std::vector<uint32_t>(count)) << "left for the next string";
-            ASSERT_EQ(b, f);
-
-            const std::vector<uint32_t> below = random.Row(count, false);
-            std::vector<uint32_t> straight = below, premultiplied = below;
-            PlainRowKernels().CompositePremultiplied(straight.data(), image.data(), count);
-            PlainRowKernels().CompositePremultipliedOnto(premultiplied.data(), image.data(), count);
-            for (const bool isStraight : {true, false}) {
-                std::vector<uint32_t> onto = below, face2 = face, border2 = border, shadow2 = shadow;
-                (isStraight ? rows->FinishStraight : rows->FinishPremultiplied)(onto.data(), face2.data(),
-                                                                                border2.data(), shadow2.data(), count);
-                ASSERT_EQ(onto, isStraight ? straight : premultiplied) << count;
-                ASSERT_EQ(shadow2, f);
-            }
-        }
-    }
-}
-
-/// A layer with rows that are empty, full, or hold something in the middle.
-CoverageLayer RandomCoverage(RandomRows& random, int32_t width, int32_t height) {
-    CoverageLayer layer(width, height);
-    for (int32_t y = 0; y < height; ++y) {
-        const auto first = static_cast<int32_t>(random.Byte()) % (width + 1),
-                   end = static_cast<int32_t>(random.Byte()) % (width + 1);
-        for (int32_t x = first; x < end; ++x) layer.Row(y)[x] = static_cast<uint8_t>(random.Byte());
-    }
-    layer.FindSpans();
-    return layer;
-}
-
 TEST(RowKernelsTest, PlacementsAreThePlainOnes) {
-    constexpr int32_t kPadding = kPixelPadding;
+    constexpr int32_t kPadding = 3;
     RandomRows random;
     for (int32_t round = 0; round < 1500; ++round) {
         const int32_t width = 1 + round % 60, height = 1 + round % 5;
@@ -161,8 +76,7 @@ TEST(RowKernelsTest, PlacementsAreThePlainOnes) {
                                 .Count = height + 1,
                                 .Left = left,
                                 .Right = right,
-                                .Column = 0,
-                                .MayOverrun = isWhole && round % 2 == 0};
+                                .Column = 0};
         const std::vector<uint32_t> plane = random.Row(static_cast<size_t>(pitch * (height + 1)), true);
         std::vector<uint32_t> expected = plane;
         PlainRowKernels().PlaceCoverage(expected.data(), pitch, rows, placement);

@@ -7,9 +7,7 @@ namespace {
 void PlaceRow(uint32_t* target, const uint8_t* upper, const uint8_t* lower, const CoverageRows& rows,
               const CoveragePlacement& p) {
     for (int32_t u = rows.Left; u < rows.Right; ++u) {
-        const uint8_t *const above = upper + u, *const here = lower + u;
-        const uint32_t coverage = (above[-1] * p.W00 + above[0] * p.W10 + here[-1] * p.W01 + here[0] * p.W11) >> 16U;
-        const uint32_t a = coverage * (p.Alpha + 1) >> 8U;
+        const uint32_t a = PlacedCoverage(upper + u, lower + u, p);
         uint32_t& pixel = target[rows.Column + u];
         if (a != 0) pixel = PlacedOver(pixel, ColorTimesCoverage(p.Color, a), a);
     }
@@ -19,22 +17,6 @@ void PlaceCoverage(uint32_t* target, std::ptrdiff_t pitch, const CoverageRows& r
     const uint8_t* samples = rows.Samples;
     for (int32_t v = 0; v < rows.Count; ++v, target += pitch, samples += rows.Pitch) {
         PlaceRow(target, samples, samples + rows.Pitch, rows, p);
-    }
-}
-
-void MergePlanes(uint32_t* face, uint32_t* border, uint32_t* shadow, size_t count) {
-    for (size_t i = 0; i < count; ++i) {
-        shadow[i] = OverPremultiplied(FaceOverBorder(face[i], border[i]), shadow[i]);
-        face[i] = border[i] = 0;
-    }
-}
-
-template <uint32_t (*Blend)(uint32_t, uint32_t)>
-void Finish(uint32_t* destination, uint32_t* face, uint32_t* border, uint32_t* shadow, size_t count) {
-    MergePlanes(face, border, shadow, count);
-    for (size_t i = 0; i < count; ++i) {
-        destination[i] = Blend(shadow[i], destination[i]);
-        shadow[i] = 0;
     }
 }
 
@@ -53,9 +35,6 @@ void ChangeRow(uint32_t* pixels, size_t count) {
 
 const RowKernels& PlainRowKernels() {
     static constexpr RowKernels kPlain{.PlaceCoverage = PlaceCoverage,
-                                       .MergePlanes = MergePlanes,
-                                       .FinishStraight = Finish<OverStraight<true>>,
-                                       .FinishPremultiplied = Finish<OverPremultiplied>,
                                        .MergeFaceOverBorder = BlendRow<FaceOverBorder>,
                                        .CompositeStraight = BlendRow<OverStraight<false>>,
                                        .CompositePremultiplied = BlendRow<OverStraight<true>>,

@@ -1,0 +1,294 @@
+// The vector form of the loops that draw tiles, compiled once for each width.
+#include "render/kernels/channel_kernels.h"
+
+#include <algorithm>
+#include <array>
+
+// The two lines that Highway includes this file again by.
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "render/kernels/channel_kernels.cpp"  // NOLINT(cppcoreguidelines-macro-usage): Highway's
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include "render/kernels/coverage_lanes-inl.h"
+#include "render/kernels/pixel_lanes-inl.h"
+#include "render/kernels/vector_targets.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace captionfx::HWY_NAMESPACE {
+namespace {
+
+#if HWY_TARGET == HWY_SCALAR
+
+const ChannelKernels* Channels() {
+    return &PlainChannelKernels();
+}
+
+#else
+
+/// What becomes of `channel` where coverage `a` is laid over it: see PlacedOver. With colours at most their alpha no
+/// sum exceeds 255, and alpha, as 255 less what is left of 255 less it, is a sum that is cut once.
+HWY_INLINE void PlaceAlpha(uint16_t* alpha, Halves left, Halves weight) {
+    const Halves full = hn::Sub(hn::ShiftLeft<8>(weight), weight);
+    hn::StoreU(hn::ShiftRight<8>(hn::Add(hn::Mul(hn::LoadU(kLanes16, alpha), left), full)), kLanes16, alpha);
+}
+HWY_INLINE void PlaceColor(uint16_t* channel, Halves left, Halves weight, Halves value) {
+    const Halves kept = hn::ShiftRight<8>(hn::Mul(hn::LoadU(kLanes16, channel), left));
+    hn::StoreU(hn::Add(kept, hn::MulHigh(value, weight)), kLanes16, channel);
+}
+
+template <size_t kColors, bool kHasLarge>
+void PlaceRows(const ChannelPlane& plane, const CoverageRows& rows, const CoveragePlacement& placement,
+               std::ptrdiff_t largeOffset) {
+    static_assert(hn::MaxLanes(Lanes16()) <= CoverageLayer::kPadding && hn::MaxLanes(Lanes16()) <= kPixelPadding);
+    const auto lanes = static_cast<int32_t>(hn::Lanes(kLanes16));
+    const PlacementWeights weights(placement);
+    const std::array<uint16_t, 3> stored = plane.Colors.ValuesOf(placement.Color);
+    Halves values[3];  // 8 bits up
+    for (size_t c = 0; c < 3; ++c) values[c] = hn::Set(kLanes16, static_cast<uint16_t>(stored[c] << 8U));
+    ForFilledRows(rows, [&](int32_t v, const uint8_t* upper, int32_t left, int32_t right) HWY_ATTR {
+        const uint8_t* const lower = upper + rows.Pitch;
+        uint16_t* const out = plane.Alpha + v * plane.Pitch + rows.Column;
+        for (int32_t u = left; u < right; u += lanes) {
+            const Halves a = PlacedCoverages<kHasLarge>(upper + u, lower + u, largeOffset, weights);
+            const Halves kept = hn::Sub(hn::Set(kLanes16, 256), a), weight = hn::Add(a, hn::Set(kLanes16, 1));
+            PlaceAlpha(out + u, kept, weight);
+            for (size_t c = 0; c < kColors; ++c)
+                PlaceColor(out + u + static_cast<std::ptrdiff_t>(c + 1) * plane.ChannelPitch, kept, weight, values[c]);
+        }
+    });
+}
+
+void Place(const ChannelPlane& plane, const CoverageRows& rows, const CoveragePlacement& placement) {
+    using PlaceForm = void (*)(const ChannelPlane&, const CoverageRows&, const CoveragePlacement&, std::ptrdiff_t);
+    static constexpr PlaceForm kForms[][2] = {{PlaceRows<0, false>, PlaceRows<0, true>},
+                                              {PlaceRows<1, false>, PlaceRows<1, true>},
+                                              {PlaceRows<2, false>, PlaceRows<2, true>},
+                                              {PlaceRows<3, false>, PlaceRows<3, true>}};
+    const LargeWeight large(placement, rows.Pitch);
+    kForms[plane.Colors.Count][large.Exists ? 1 : 0](plane, rows, placement, large.Offset);
+}
+
+/// One channel of the merged image and where the planes keep what it is made of.
+struct MergedChannel {
+    const uint16_t *Face, *Border, *Shadow;
+    std::ptrdiff_t FacePitch, BorderPitch, ShadowPitch;
+};
+
+/// How three planes become pixels: the colours that have to be worked out, each once.
+class MergePlan {
+public:
+    explicit MergePlan(const ChannelPlanes& planes) {
+        for (size_t c = 0; c < 3; ++c) {
+            const MergedChannel merged = ChannelAt(planes, c);
+            size_t same = 0;
+            while (same < Count && !IsSame(merged, Channels[same])) ++same;
+            if (same == Count) Channels[Count++] = merged;
+            Of[c] = same;
+        }
+        for (const ChannelPlane* plane : {&planes.Face, &planes.Border, &planes.Shadow}) {
+            for (size_t stored = 0; stored <= plane->Colors.Count; ++stored)
+                used_[usedCount_++] = plane->Alpha + static_cast<std::ptrdiff_t>(stored) * plane->ChannelPitch;
+        }
+    }
+
+    /// Leaves a vector of all planes 0.
+    HWY_INLINE void Clear(std::ptrdiff_t at) const {
+        for (size_t i = 0; i < usedCount_; ++i) hn::StoreU(hn::Zero(kLanes16), kLanes16, used_[i] + at);
+    }
+
+    std::array<MergedChannel, 3> Channels{};
+    size_t Count = 0;
+    std::array<size_t, 3> Of{};  // of blue, green, red in Channels
+
+private:
+    static const uint16_t* Zeros() {
+        static constexpr std::array<uint16_t, kTileColumns + kPixelPadding> kZeros{};
+        return kZeros.data();
+    }
+    static MergedChannel ChannelAt(const ChannelPlanes& planes, size_t c) {
+        const auto from = [&](const ChannelPlane& plane) {
+            const uint8_t stored = plane.Colors.Of[c];
+            return stored == StoredColors::kNone
+                       ? std::pair{Zeros(), std::ptrdiff_t{0}}
+                       : std::pair{static_cast<const uint16_t*>(plane.Color(stored)), plane.Pitch};
+        };
+        const auto face = from(planes.Face), border = from(planes.Border), shadow = from(planes.Shadow);
+        return {face.first, border.first, shadow.first, face.second, border.second, shadow.second};
+    }
+    static bool IsSame(const MergedChannel& a, const MergedChannel& b) {
+        return a.Face == b.Face && a.Border == b.Border && a.Shadow == b.Shadow;
+    }
+
+    std::array<uint16_t*, 12> used_{};
+    size_t usedCount_ = 0;
+};
+
+/// Division by numbers of 16 bits from 0 to 255, of which 0 counts as 1.
+HWY_INLINE Divider DividerBy(Halves divisor) {
+    const Halves atLeast1 = hn::Max(divisor, hn::Set(kLanes16, 1));
+    const Pixels pairs = hn::BitCast(kLanes32, atLeast1), low = hn::Set(kLanes32, 0xFFFF);
+    const Pixels even = Reciprocal(hn::And(pairs, low)), odd = Reciprocal(hn::ShiftRight<16>(pairs));
+    return {atLeast1, hn::BitCast(kLanes16, hn::Or(hn::And(even, low), hn::ShiftLeft<16>(odd)))};
+}
+
+/// v a / 255, rounded to nearest.
+HWY_INLINE Halves TimesOver255(Halves v, Halves a) {
+    return hn::MulHigh(hn::Add(hn::Mul(v, a), hn::Set(kLanes16, 128)), hn::Set(kLanes16, 257));
+}
+
+/// A vector of pixels, channel by channel, and their form of 32 bits.
+template <size_t kColors>
+struct MergedLanes {
+    Halves Alpha;
+    Halves Colors[kColors];
+};
+
+/// The face and border of pixels, see FaceOverBorder. Where one of them is clear the other is the sum of both.
+template <size_t kColors>
+HWY_INLINE MergedLanes<kColors> FaceOverBorderLanes(const MergePlan& plan, std::ptrdiff_t y, std::ptrdiff_t x,
+                                                    Halves fa, Halves ba) {
+    const auto face = [&](size_t c) HWY_ATTR {
+        return hn::LoadU(kLanes16, plan.Channels[c].Face + y * plan.Channels[c].FacePitch + x);
+    };
+    const auto border = [&](size_t c) HWY_ATTR {
+        return hn::LoadU(kLanes16, plan.Channels[c].Border + y * plan.Channels[c].BorderPitch + x);
+    };
+    const Halves zero = hn::Zero(kLanes16), full = hn::Set(kLanes16, 255);
+    const auto isFull = hn::Eq(fa, full);
+    const auto isSimple = hn::Or(isFull, hn::Or(hn::Eq(fa, zero), hn::Eq(ba, zero)));
+    MergedLanes<kColors> merged;
+    merged.Alpha = hn::Min(hn::Add(fa, ba), full);
+    for (size_t c = 0; c < kColors; ++c)
+        merged.Colors[c] = hn::IfThenElse(isFull, face(c), hn::Add(face(c), border(c)));
+    if (hn::AllTrue(kLanes16, isSimple)) return merged;
+    const Halves left = hn::Sub(hn::Set(kLanes16, 256), fa);
+    const Divider byBorderAlpha = DividerBy(ba);
+    for (size_t c = 0; c < kColors; ++c) {
+        const Halves sum = hn::Add(face(c), byBorderAlpha(hn::Mul(left, border(c))));
+        merged.Colors[c] = hn::IfThenElse(isSimple, merged.Colors[c], hn::ShiftRight<8>(hn::Mul(sum, merged.Alpha)));
+    }
+    return merged;
+}
+
+/// Which of the colours worked out are a pixel's green and red; its blue is the first.
+template <size_t kGreenOf, size_t kRedOf>
+struct ColorOrder {
+    static constexpr size_t kGreen = kGreenOf, kRed = kRedOf, kColors = std::max(kGreen, kRed) + 1;
+};
+
+/// Merges the planes and calls use(row, column, two vectors of pixels) wherever they hold something, and leaves them 0.
+template <class Order, class Use>
+HWY_INLINE void ForMerged(const ChannelPlanes& planes, const MergePlan& plan, int32_t rows, int32_t count, Use use) {
+    const auto lanes = static_cast<int32_t>(hn::Lanes(kLanes16));
+    const hn::Half<Lanes16> half;
+    for (std::ptrdiff_t y = 0; y < rows; ++y) {
+        const ChannelPlanes row = planes.From(y, 0);
+        for (int32_t x = 0; x < count; x += lanes) {
+            const Halves fa = hn::LoadU(kLanes16, row.Face.Alpha + x), ba = hn::LoadU(kLanes16, row.Border.Alpha + x),
+                         sa = hn::LoadU(kLanes16, row.Shadow.Alpha + x);
+            if (IsAllZero(hn::BitCast(kLanes32, hn::Or(fa, hn::Or(ba, sa))))) continue;
+            auto merged = FaceOverBorderLanes<Order::kColors>(plan, y, x, fa, ba);
+            const Halves left = hn::Sub(hn::Set(kLanes16, 255), merged.Alpha);
+            merged.Alpha = hn::Add(merged.Alpha, TimesOver255(sa, left));
+            for (size_t c = 0; c < Order::kColors; ++c) {
+                const MergedChannel& channel = plan.Channels[c];
+                const Halves below = hn::LoadU(kLanes16, channel.Shadow + y * channel.ShadowPitch + x);
+                merged.Colors[c] = hn::Add(merged.Colors[c], TimesOver255(below, left));
+            }
+            plan.Clear(y * planes.Face.Pitch + x);
+            const Halves greenAndAlpha[] = {hn::ShiftLeft<8>(merged.Colors[Order::kGreen]),
+                                            hn::ShiftLeft<8>(merged.Alpha)};
+            const Halves low = hn::Or(merged.Colors[0], greenAndAlpha[0]),
+                         high = hn::Or(merged.Colors[Order::kRed], greenAndAlpha[1]);
+            const auto pixels = [](auto blueGreen, auto redAlpha) HWY_ATTR {
+                return hn::Or(hn::PromoteTo(kLanes32, blueGreen), hn::ShiftLeft<16>(hn::PromoteTo(kLanes32, redAlpha)));
+            };
+            use(y, x, pixels(hn::LowerHalf(low), hn::LowerHalf(high)),
+                pixels(hn::UpperHalf(half, low), hn::UpperHalf(half, high)));
+        }
+    }
+}
+
+/// Writes what sink(merged, below) makes of merged pixels and those below, two vectors at a time; the last columns in
+/// vectors beside.
+template <class Order, class Sink>
+void MergeInto(uint32_t* image, std::ptrdiff_t pitch, const ChannelPlanes& planes, const MergePlan& plan, int32_t rows,
+               int32_t count, Sink sink) {
+    const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(kLanes32));
+    const auto write = [&](uint32_t* out, Pixels first, Pixels second) HWY_ATTR {
+        hn::StoreU(sink(first, hn::LoadU(kLanes32, out)), kLanes32, out);
+        hn::StoreU(sink(second, hn::LoadU(kLanes32, out + lanes)), kLanes32, out + lanes);
+    };
+    ForMerged<Order>(planes, plan, rows, count, [&](std::ptrdiff_t y, int32_t x, Pixels first, Pixels second) HWY_ATTR {
+        uint32_t* const out = image + y * pitch + x;
+        if (x + 2 * lanes <= count) return write(out, first, second);
+        HWY_ALIGN uint32_t rest[2 * hn::MaxLanes(Lanes32())] = {};
+        std::copy_n(out, count - x, rest);
+        write(rest, first, second);
+        std::copy_n(rest, count - x, out);
+    });
+}
+
+template <class Sink>
+void MergeInto(uint32_t* image, std::ptrdiff_t pitch, const ChannelPlanes& planes, int32_t rows, int32_t count,
+               Sink sink) {
+    const MergePlan plan(planes);
+    const auto merge = [&](auto order) { MergeInto<decltype(order)>(image, pitch, planes, plan, rows, count, sink); };
+    const size_t green = plan.Of[1], red = plan.Of[2];
+    if (green == 0) {
+        red == 0 ? merge(ColorOrder<0, 0>()) : merge(ColorOrder<0, 1>());
+    } else if (red == 0) {
+        merge(ColorOrder<1, 0>());
+    } else {
+        red == 1 ? merge(ColorOrder<1, 1>()) : merge(ColorOrder<1, 2>());
+    }
+}
+
+void FinishStraight(uint32_t* destination, std::ptrdiff_t pitch, const ChannelPlanes& planes, int32_t rows,
+                    int32_t count) {
+    MergeInto(destination, pitch, planes, rows, count,
+              [](Pixels merged, Pixels below) HWY_ATTR { return PremultipliedOverStraight(merged, below); });
+}
+
+void FinishPremultiplied(uint32_t* destination, std::ptrdiff_t pitch, const ChannelPlanes& planes, int32_t rows,
+                         int32_t count) {
+    MergeInto(destination, pitch, planes, rows, count,
+              [](Pixels merged, Pixels below) HWY_ATTR { return OverPremultipliedPixels(merged, below); });
+}
+
+void Merge(uint32_t* image, std::ptrdiff_t pitch, const ChannelPlanes& planes, int32_t rows, int32_t count) {
+    for (int32_t y = 0; y < rows; ++y) std::fill_n(image + y * pitch, count, 0U);
+    MergeInto(image, pitch, planes, rows, count, [](Pixels merged, Pixels /*below*/) HWY_ATTR { return merged; });
+}
+
+const ChannelKernels* Channels() {
+    static constexpr ChannelKernels kChannels{
+        .Place = Place, .FinishStraight = FinishStraight, .FinishPremultiplied = FinishPremultiplied, .Merge = Merge};
+    return &kChannels;
+}
+
+#endif
+
+}  // namespace
+}  // namespace captionfx::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace captionfx {
+
+HWY_EXPORT(Channels);
+
+const ChannelKernels& BestChannelKernels() {
+    static const ChannelKernels& best = *HWY_DYNAMIC_DISPATCH(Channels)();
+    return best;
+}
+
+std::vector<const ChannelKernels*> VectorChannelKernels() {
+    std::vector<const ChannelKernels*> all;
+    ForEachVectorTarget([&] { all.push_back(HWY_DYNAMIC_DISPATCH(Channels)()); });
+    return all;
+}
+
+}  // namespace captionfx
+#endif
