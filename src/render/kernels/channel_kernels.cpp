@@ -42,6 +42,7 @@ void PlaceRows(const ChannelPlane& plane, const CoverageRows& rows, const Covera
                std::ptrdiff_t largeOffset) {
     static_assert(hn::MaxLanes(Lanes16()) <= CoverageLayer::kPadding && hn::MaxLanes(Lanes16()) <= kPixelPadding);
     const auto lanes = static_cast<int32_t>(hn::Lanes(kLanes16));
+    const std::ptrdiff_t channelPitch = plane.ChannelPitch;
     const PlacementWeights weights(placement);
     const std::array<uint16_t, 3> stored = plane.Colors.ValuesOf(placement.Color);
     Halves values[3];  // 8 bits up
@@ -54,7 +55,7 @@ void PlaceRows(const ChannelPlane& plane, const CoverageRows& rows, const Covera
             const Halves kept = hn::Sub(hn::Set(kLanes16, 256), a), weight = hn::Add(a, hn::Set(kLanes16, 1));
             PlaceAlpha(out + u, kept, weight);
             for (size_t c = 0; c < kColors; ++c)
-                PlaceColor(out + u + static_cast<std::ptrdiff_t>(c + 1) * plane.ChannelPitch, kept, weight, values[c]);
+                PlaceColor(out + u + static_cast<std::ptrdiff_t>(c + 1) * channelPitch, kept, weight, values[c]);
         }
     });
 }
@@ -69,56 +70,44 @@ void Place(const ChannelPlane& plane, const CoverageRows& rows, const CoveragePl
     kForms[plane.Colors.Count][large.Exists ? 1 : 0](plane, rows, placement, large.Offset);
 }
 
-/// One channel of the merged image and where the planes keep what it is made of.
-struct MergedChannel {
+/// One colour of the merged image: the rows of the planes that it is made of.
+struct MergedColor {
     const uint16_t *Face, *Border, *Shadow;
-    std::ptrdiff_t FacePitch, BorderPitch, ShadowPitch;
+
+    bool operator==(const MergedColor&) const = default;
 };
 
-/// How three planes become pixels: the colours that have to be worked out, each once.
+/// How a row of three planes becomes pixels: the colours that have to be worked out, each once.
 class MergePlan {
 public:
-    explicit MergePlan(const ChannelPlanes& planes) {
-        for (size_t c = 0; c < 3; ++c) {
-            const MergedChannel merged = ChannelAt(planes, c);
-            size_t same = 0;
-            while (same < Count && !IsSame(merged, Channels[same])) ++same;
-            if (same == Count) Channels[Count++] = merged;
-            Of[c] = same;
-        }
-        for (const ChannelPlane* plane : {&planes.Face, &planes.Border, &planes.Shadow}) {
+    explicit MergePlan(const ChannelPlanes& row) {
+        for (const ChannelPlane* plane : {&row.Face, &row.Border, &row.Shadow}) {
             for (size_t stored = 0; stored <= plane->Colors.Count; ++stored)
                 used_[usedCount_++] = plane->Alpha + static_cast<std::ptrdiff_t>(stored) * plane->ChannelPitch;
         }
+        for (size_t c = 0; c < 3; ++c) {
+            const auto from = [&](const ChannelPlane& plane) {
+                return plane.Colors.Of[c] == StoredColors::kNone ? kZeros.data() : plane.Color(plane.Colors.Of[c]);
+            };
+            const MergedColor color{from(row.Face), from(row.Border), from(row.Shadow)};
+            size_t same = 0;
+            while (same < Count && Colors[same] != color) ++same;
+            if (same == Count) Colors[Count++] = color;
+            Of[c] = same;
+        }
     }
 
-    /// Leaves a vector of all planes 0.
-    HWY_INLINE void Clear(std::ptrdiff_t at) const {
-        for (size_t i = 0; i < usedCount_; ++i) hn::StoreU(hn::Zero(kLanes16), kLanes16, used_[i] + at);
+    /// Leaves a vector of the row 0.
+    HWY_INLINE void Clear(int32_t x) const {
+        for (size_t i = 0; i < usedCount_; ++i) hn::StoreU(hn::Zero(kLanes16), kLanes16, used_[i] + x);
     }
 
-    std::array<MergedChannel, 3> Channels{};
+    std::array<MergedColor, 3> Colors{};
     size_t Count = 0;
-    std::array<size_t, 3> Of{};  // of blue, green, red in Channels
+    std::array<size_t, 3> Of{};  // of blue, green, red in Colors
 
 private:
-    static const uint16_t* Zeros() {
-        static constexpr std::array<uint16_t, kTileColumns + kPixelPadding> kZeros{};
-        return kZeros.data();
-    }
-    static MergedChannel ChannelAt(const ChannelPlanes& planes, size_t c) {
-        const auto from = [&](const ChannelPlane& plane) {
-            const uint8_t stored = plane.Colors.Of[c];
-            return stored == StoredColors::kNone
-                       ? std::pair{Zeros(), std::ptrdiff_t{0}}
-                       : std::pair{static_cast<const uint16_t*>(plane.Color(stored)), plane.Pitch};
-        };
-        const auto face = from(planes.Face), border = from(planes.Border), shadow = from(planes.Shadow);
-        return {face.first, border.first, shadow.first, face.second, border.second, shadow.second};
-    }
-    static bool IsSame(const MergedChannel& a, const MergedChannel& b) {
-        return a.Face == b.Face && a.Border == b.Border && a.Shadow == b.Shadow;
-    }
+    static constexpr std::array<uint16_t, kTileColumns + kPixelPadding> kZeros{};
 
     std::array<uint16_t*, 12> used_{};
     size_t usedCount_ = 0;
@@ -146,14 +135,10 @@ struct MergedLanes {
 
 /// The face and border of pixels, see FaceOverBorder. Where one of them is clear the other is the sum of both.
 template <size_t kColors>
-HWY_INLINE MergedLanes<kColors> FaceOverBorderLanes(const MergePlan& plan, std::ptrdiff_t y, std::ptrdiff_t x,
-                                                    Halves fa, Halves ba) {
-    const auto face = [&](size_t c) HWY_ATTR {
-        return hn::LoadU(kLanes16, plan.Channels[c].Face + y * plan.Channels[c].FacePitch + x);
-    };
-    const auto border = [&](size_t c) HWY_ATTR {
-        return hn::LoadU(kLanes16, plan.Channels[c].Border + y * plan.Channels[c].BorderPitch + x);
-    };
+HWY_INLINE MergedLanes<kColors> FaceOverBorderLanes(const std::array<MergedColor, 3>& colors, int32_t x, Halves fa,
+                                                    Halves ba) {
+    const auto face = [&](size_t c) HWY_ATTR { return hn::LoadU(kLanes16, colors[c].Face + x); };
+    const auto border = [&](size_t c) HWY_ATTR { return hn::LoadU(kLanes16, colors[c].Border + x); };
     const Halves zero = hn::Zero(kLanes16), full = hn::Set(kLanes16, 255);
     const auto isFull = hn::Eq(fa, full);
     const auto isSimple = hn::Or(isFull, hn::Or(hn::Eq(fa, zero), hn::Eq(ba, zero)));
@@ -177,89 +162,103 @@ struct ColorOrder {
     static constexpr size_t kGreen = kGreenOf, kRed = kRedOf, kColors = std::max(kGreen, kRed) + 1;
 };
 
-/// Merges the planes and calls use(row, column, two vectors of pixels) wherever they hold something, and leaves them 0.
-template <class Order, class Use>
-HWY_INLINE void ForMerged(const ChannelPlanes& planes, const MergePlan& plan, int32_t rows, int32_t count, Use use) {
-    const auto lanes = static_cast<int32_t>(hn::Lanes(kLanes16));
+/// Two vectors of pixels in their order.
+struct PixelPair {
+    Pixels First, Second;
+};
+
+template <class Order>
+HWY_INLINE PixelPair PixelsOf(const MergedLanes<Order::kColors>& merged) {
+    const Halves low = hn::Or(merged.Colors[0], hn::ShiftLeft<8>(merged.Colors[Order::kGreen])),
+                 high = hn::Or(merged.Colors[Order::kRed], hn::ShiftLeft<8>(merged.Alpha));
+    const auto pixels = [](auto blueGreen, auto redAlpha) HWY_ATTR {
+        return hn::Or(hn::PromoteTo(kLanes32, blueGreen), hn::ShiftLeft<16>(hn::PromoteTo(kLanes32, redAlpha)));
+    };
     const hn::Half<Lanes16> half;
-    for (std::ptrdiff_t y = 0; y < rows; ++y) {
-        const ChannelPlanes row = planes.From(y, 0);
-        for (int32_t x = 0; x < count; x += lanes) {
-            const Halves fa = hn::LoadU(kLanes16, row.Face.Alpha + x), ba = hn::LoadU(kLanes16, row.Border.Alpha + x),
-                         sa = hn::LoadU(kLanes16, row.Shadow.Alpha + x);
-            if (IsAllZero(hn::BitCast(kLanes32, hn::Or(fa, hn::Or(ba, sa))))) continue;
-            auto merged = FaceOverBorderLanes<Order::kColors>(plan, y, x, fa, ba);
-            const Halves left = hn::Sub(hn::Set(kLanes16, 255), merged.Alpha);
-            merged.Alpha = hn::Add(merged.Alpha, TimesOver255(sa, left));
-            for (size_t c = 0; c < Order::kColors; ++c) {
-                const MergedChannel& channel = plan.Channels[c];
-                const Halves below = hn::LoadU(kLanes16, channel.Shadow + y * channel.ShadowPitch + x);
-                merged.Colors[c] = hn::Add(merged.Colors[c], TimesOver255(below, left));
-            }
-            plan.Clear(y * planes.Face.Pitch + x);
-            const Halves greenAndAlpha[] = {hn::ShiftLeft<8>(merged.Colors[Order::kGreen]),
-                                            hn::ShiftLeft<8>(merged.Alpha)};
-            const Halves low = hn::Or(merged.Colors[0], greenAndAlpha[0]),
-                         high = hn::Or(merged.Colors[Order::kRed], greenAndAlpha[1]);
-            const auto pixels = [](auto blueGreen, auto redAlpha) HWY_ATTR {
-                return hn::Or(hn::PromoteTo(kLanes32, blueGreen), hn::ShiftLeft<16>(hn::PromoteTo(kLanes32, redAlpha)));
-            };
-            use(y, x, pixels(hn::LowerHalf(low), hn::LowerHalf(high)),
-                pixels(hn::UpperHalf(half, low), hn::UpperHalf(half, high)));
-        }
+    return {pixels(hn::LowerHalf(low), hn::LowerHalf(high)),
+            pixels(hn::UpperHalf(half, low), hn::UpperHalf(half, high))};
+}
+
+/// Replaces pixels by what sink(merged, those below) makes of them, two vectors at a time; the last ones in vectors
+/// beside.
+template <class Sink>
+HWY_INLINE void Write(uint32_t* out, const PixelPair& merged, int32_t count, Sink sink) {
+    const auto lanes = static_cast<int32_t>(hn::Lanes(kLanes32));
+    if (count >= 2 * lanes) {
+        const PixelPair pixels = sink(merged, {hn::LoadU(kLanes32, out), hn::LoadU(kLanes32, out + lanes)});
+        hn::StoreU(pixels.First, kLanes32, out);
+        hn::StoreU(pixels.Second, kLanes32, out + lanes);
+        return;
+    }
+    HWY_ALIGN uint32_t rest[2 * hn::MaxLanes(Lanes32())] = {};
+    std::copy_n(out, count, rest);
+    Write(rest, merged, 2 * lanes, sink);
+    std::copy_n(rest, count, out);
+}
+
+/// Merges a row of the planes into the pixels of `image`, wherever it holds something, and leaves it 0.
+template <class Order, class Sink>
+HWY_NOINLINE void MergeRow(uint32_t* image, const ChannelPlanes& row, const MergePlan& plan, int32_t count, Sink sink) {
+    constexpr size_t kColors = Order::kColors;
+    const auto lanes = static_cast<int32_t>(hn::Lanes(kLanes16));
+    const std::array<MergedColor, 3> colors = plan.Colors;
+    const uint16_t *const face = row.Face.Alpha, *const border = row.Border.Alpha, *const shadow = row.Shadow.Alpha;
+    for (int32_t x = 0; x < count; x += lanes) {
+        const Halves fa = hn::LoadU(kLanes16, face + x), ba = hn::LoadU(kLanes16, border + x),
+                     sa = hn::LoadU(kLanes16, shadow + x);
+        if (IsAllZero(hn::BitCast(kLanes32, hn::Or(fa, hn::Or(ba, sa))))) continue;
+        MergedLanes<kColors> merged = FaceOverBorderLanes<kColors>(colors, x, fa, ba);
+        const Halves left = hn::Sub(hn::Set(kLanes16, 255), merged.Alpha);
+        merged.Alpha = hn::Add(merged.Alpha, TimesOver255(sa, left));
+        for (size_t c = 0; c < kColors; ++c)
+            merged.Colors[c] = hn::Add(merged.Colors[c], TimesOver255(hn::LoadU(kLanes16, colors[c].Shadow + x), left));
+        plan.Clear(x);
+        Write(image + x, PixelsOf<Order>(merged), count - x, sink);
     }
 }
 
-/// Writes what sink(merged, below) makes of merged pixels and those below, two vectors at a time; the last columns in
-/// vectors beside.
-template <class Order, class Sink>
-void MergeInto(uint32_t* image, std::ptrdiff_t pitch, const ChannelPlanes& planes, const MergePlan& plan, int32_t rows,
-               int32_t count, Sink sink) {
-    const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(kLanes32));
-    const auto write = [&](uint32_t* out, Pixels first, Pixels second) HWY_ATTR {
-        hn::StoreU(sink(first, hn::LoadU(kLanes32, out)), kLanes32, out);
-        hn::StoreU(sink(second, hn::LoadU(kLanes32, out + lanes)), kLanes32, out + lanes);
-    };
-    ForMerged<Order>(planes, plan, rows, count, [&](std::ptrdiff_t y, int32_t x, Pixels first, Pixels second) HWY_ATTR {
-        uint32_t* const out = image + y * pitch + x;
-        if (x + 2 * lanes <= count) return write(out, first, second);
-        HWY_ALIGN uint32_t rest[2 * hn::MaxLanes(Lanes32())] = {};
-        std::copy_n(out, count - x, rest);
-        write(rest, first, second);
-        std::copy_n(rest, count - x, out);
-    });
-}
-
 template <class Sink>
-void MergeInto(uint32_t* image, std::ptrdiff_t pitch, const ChannelPlanes& planes, int32_t rows, int32_t count,
-               Sink sink) {
-    const MergePlan plan(planes);
-    const auto merge = [&](auto order) { MergeInto<decltype(order)>(image, pitch, planes, plan, rows, count, sink); };
-    const size_t green = plan.Of[1], red = plan.Of[2];
-    if (green == 0) {
-        red == 0 ? merge(ColorOrder<0, 0>()) : merge(ColorOrder<0, 1>());
-    } else if (red == 0) {
-        merge(ColorOrder<1, 0>());
-    } else {
-        red == 1 ? merge(ColorOrder<1, 1>()) : merge(ColorOrder<1, 2>());
+HWY_INLINE void MergeInto(uint32_t* image, std::ptrdiff_t pitch, const ChannelPlanes& planes, int32_t rows,
+                          int32_t count, Sink sink) {
+    for (int32_t y = 0; y < rows; ++y, image += pitch) {
+        const ChannelPlanes row = planes.From(y, 0);
+        const MergePlan plan(row);
+        const auto merge = [&](auto order) { MergeRow<decltype(order)>(image, row, plan, count, sink); };
+        const size_t green = plan.Of[1], red = plan.Of[2];
+        if (green == 0) {
+            red == 0 ? merge(ColorOrder<0, 0>()) : merge(ColorOrder<0, 1>());
+        } else if (red == 0) {
+            merge(ColorOrder<1, 0>());
+        } else {
+            red == 1 ? merge(ColorOrder<1, 1>()) : merge(ColorOrder<1, 2>());
+        }
     }
 }
 
 void FinishStraight(uint32_t* destination, std::ptrdiff_t pitch, const ChannelPlanes& planes, int32_t rows,
                     int32_t count) {
-    MergeInto(destination, pitch, planes, rows, count,
-              [](Pixels merged, Pixels below) HWY_ATTR { return PremultipliedOverStraight(merged, below); });
+    MergeInto(destination, pitch, planes, rows, count, [](const PixelPair& merged, const PixelPair& below) HWY_ATTR {
+        if (IsOpaque(hn::And(below.First, below.Second))) {
+            return PixelPair{OverPremultipliedPixels(merged.First, below.First),
+                             OverPremultipliedPixels(merged.Second, below.Second)};
+        }
+        return PixelPair{PremultipliedOverStraight(merged.First, below.First),
+                         PremultipliedOverStraight(merged.Second, below.Second)};
+    });
 }
 
 void FinishPremultiplied(uint32_t* destination, std::ptrdiff_t pitch, const ChannelPlanes& planes, int32_t rows,
                          int32_t count) {
-    MergeInto(destination, pitch, planes, rows, count,
-              [](Pixels merged, Pixels below) HWY_ATTR { return OverPremultipliedPixels(merged, below); });
+    MergeInto(destination, pitch, planes, rows, count, [](const PixelPair& merged, const PixelPair& below) HWY_ATTR {
+        return PixelPair{OverPremultipliedPixels(merged.First, below.First),
+                         OverPremultipliedPixels(merged.Second, below.Second)};
+    });
 }
 
 void Merge(uint32_t* image, std::ptrdiff_t pitch, const ChannelPlanes& planes, int32_t rows, int32_t count) {
     for (int32_t y = 0; y < rows; ++y) std::fill_n(image + y * pitch, count, 0U);
-    MergeInto(image, pitch, planes, rows, count, [](Pixels merged, Pixels /*below*/) HWY_ATTR { return merged; });
+    MergeInto(image, pitch, planes, rows, count,
+              [](const PixelPair& merged, const PixelPair& /*below*/) HWY_ATTR { return merged; });
 }
 
 const ChannelKernels* Channels() {
