@@ -15,7 +15,7 @@ struct ColumnSpan {
 };
 
 /// Rows are surrounded by zeros, so that the neighbours of a sample can be read without a look at where it lies: one
-/// row above and below, a byte on the left, kPadding bytes on the right.
+/// row above and below, kPadding bytes on both sides.
 class CoverageLayer {
 public:
     static constexpr size_t kPadding = 32;  // what the widest vectors read at once, in samples

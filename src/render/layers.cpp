@@ -196,6 +196,9 @@ public:
         }
     }
 
+    /// One lies at the margin, several may reach beyond.
+    [[nodiscard]] bool IsOneStamp() const { return isOneStamp_; }
+
     int32_t Width = 0, Height = 0;
     float ShiftX = 0, ShiftY = 0;  ///< How far the whole moves, pixels.
 
@@ -253,7 +256,7 @@ bool BuildShadowCoverage(const LayerSettings& settings, GlyphBitmap& layer, cons
     auto coverage = AllocateCoverage(layer, shape.Width, shape.Height);
     if (!coverage) return false;
     shape.Stamp([&](float x, float y) { StampCoverage(*coverage, source, x, y, fill.Alpha); });
-    if (soft.Margin > 0) {
+    if (soft.Margin > 0 && !shape.IsOneStamp()) {
         coverage->FindSpans();
         if (ReachesMargin(*coverage, soft.Margin)) return false;
     }

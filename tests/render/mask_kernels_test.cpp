@@ -52,6 +52,24 @@ TEST(MaskKernelsTest, AllWidthsGiveThePlainBytes) {
     }
 }
 
+TEST(MaskKernelsTest, SpansAreThePlainOnes) {
+    constexpr size_t kZeros = CoverageLayer::kPadding;
+    std::mt19937 random(5);
+    for (size_t round = 0; round < 2000; ++round) {
+        const auto width = static_cast<int32_t>(1 + random() % 100);
+        Row row(static_cast<size_t>(width) + 2 * kZeros);
+        const size_t first = random() % static_cast<size_t>(width),
+                     count = random() % (static_cast<size_t>(width) - first + 1);
+        for (size_t i = 0; i < count; ++i) row[kZeros + first + i] = static_cast<uint8_t>(random() % 3);
+        const ColumnSpan expected = PlainMaskKernels().FindSpan(row.data() + kZeros, width);
+        for (const MaskKernels* kernels : VectorMaskKernels()) {
+            const ColumnSpan actual = kernels->FindSpan(row.data() + kZeros, width);
+            ASSERT_EQ(actual.First, expected.First) << width;
+            ASSERT_EQ(actual.End, expected.End) << width;
+        }
+    }
+}
+
 TEST(MaskKernelsTest, WhatTheLoopsMean) {
     const MaskKernels& kernels = BestMaskKernels();
     const Row mask = {0, 1, 16, 17, 255};
@@ -67,6 +85,14 @@ TEST(MaskKernelsTest, WhatTheLoopsMean) {
     EXPECT_EQ(out, (Row{7, 6, 248, 247, 201}));
     kernels.AddMask(out.data(), mask.data(), 5);
     EXPECT_EQ(out, (Row{7, 7, 255, 255, 255}));
+    const Row padded = [] {
+        Row row(2 * CoverageLayer::kPadding + 5);
+        row[CoverageLayer::kPadding + 1] = row[CoverageLayer::kPadding + 3] = 9;
+        return row;
+    }();
+    const ColumnSpan span = kernels.FindSpan(padded.data() + CoverageLayer::kPadding, 5);
+    EXPECT_EQ(span.First, 1);
+    EXPECT_EQ(span.End, 4);
 }
 
 }  // namespace

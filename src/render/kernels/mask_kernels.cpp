@@ -1,7 +1,8 @@
 // Compiled once for each width of vectors.
 #include "render/kernels/mask_kernels.h"
 
-#include <algorithm>
+#include <bit>
+#include <cstring>
 
 // The two lines that Highway includes this file again by.
 #undef HWY_TARGET_INCLUDE
@@ -25,69 +26,109 @@ const MaskKernels* Masks() {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-using Lanes8 = hn::ScalableTag<uint8_t>;
-using Lanes16 = hn::Repartition<uint16_t, Lanes8>;
-using Bytes = hn::Vec<Lanes8>;
-using Halves = hn::Vec<Lanes16>;
+template <class Bytes>
+using HalvesOf = hn::Repartition<uint16_t, Bytes>;
+template <class Bytes>
+using Vector = hn::Vec<Bytes>;
 
-constexpr Lanes8 kLanes8;
-constexpr Lanes16 kLanes16;
+/// Whole vectors of `d` from byte `i` on; returns where they end.
+template <class Bytes, class Combine>
+HWY_INLINE size_t ForVectors(Bytes d, uint8_t* out, const uint8_t* mask, size_t i, size_t count, Combine combine) {
+    for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d))
+        hn::StoreU(combine(d, hn::LoadU(d, out + i), hn::LoadU(d, mask + i)), d, out + i);
+    return i;
+}
 
-/// out = combine(out, mask): whole vectors where they lie, the rest in vectors beside.
-template <class Combine>
-HWY_INLINE void ForRow(uint8_t* out, const uint8_t* mask, size_t count, Combine combine) {
-    const size_t lanes = hn::Lanes(kLanes8), whole = count / lanes * lanes;
-    for (size_t i = 0; i < whole; i += lanes) {
-        hn::StoreU(combine(hn::LoadU(kLanes8, out + i), hn::LoadU(kLanes8, mask + i)), kLanes8, out + i);
-    }
-    if (whole == count) return;
-    HWY_ALIGN uint8_t lastOut[hn::MaxLanes(Lanes8())] = {}, lastMask[hn::MaxLanes(Lanes8())] = {};
-    std::copy(out + whole, out + count, lastOut);
-    std::copy(mask + whole, mask + count, lastMask);
-    hn::Store(combine(hn::Load(kLanes8, lastOut), hn::Load(kLanes8, lastMask)), kLanes8, lastOut);
-    std::copy_n(lastOut, count - whole, out + whole);
+/// out = combine(kind of vector, out, mask), in vectors of half the length for what is left of a row, and the last
+/// bytes by plain(out, mask, count): rows are short, and a way by other memory would cost more than they do.
+template <class Combine, class Plain>
+HWY_INLINE void ForRow(uint8_t* out, const uint8_t* mask, size_t count, Combine combine, Plain plain) {
+    size_t i = ForVectors(hn::ScalableTag<uint8_t>(), out, mask, 0, count, combine);
+    i = ForVectors(hn::CappedTag<uint8_t, 32>(), out, mask, i, count, combine);
+    i = ForVectors(hn::CappedTag<uint8_t, 16>(), out, mask, i, count, combine);
+    i = ForVectors(hn::CappedTag<uint8_t, 8>(), out, mask, i, count, combine);
+    if (i < count) plain(out + i, mask + i, count - i);
 }
 
 // A pair of bytes is a lane of 16 bits: the even one is cut out, the odd one shifted down.
-HWY_INLINE Halves EvenBytes(Bytes bytes) {
-    return hn::And(hn::BitCast(kLanes16, bytes), hn::Set(kLanes16, 0xFF));
+template <class Bytes>
+HWY_INLINE Vector<HalvesOf<Bytes> > EvenBytes(Bytes /*d*/, Vector<Bytes> bytes) {
+    const HalvesOf<Bytes> d16;
+    return hn::And(hn::BitCast(d16, bytes), hn::Set(d16, 0xFF));
 }
-HWY_INLINE Halves OddBytes(Bytes bytes) {
-    return hn::ShiftRight<8>(hn::BitCast(kLanes16, bytes));
+template <class Bytes>
+HWY_INLINE Vector<HalvesOf<Bytes> > OddBytes(Bytes /*d*/, Vector<Bytes> bytes) {
+    return hn::ShiftRight<8>(hn::BitCast(HalvesOf<Bytes>(), bytes));
 }
 
-HWY_INLINE Bytes Scaled(Bytes mask, Halves weight) {
-    const Halves even = hn::ShiftRight<8>(hn::Mul(EvenBytes(mask), weight));
-    const Halves odd = hn::AndNot(hn::Set(kLanes16, 0xFF), hn::Mul(OddBytes(mask), weight));
-    return hn::BitCast(kLanes8, hn::Or(even, odd));
+template <class Bytes>
+HWY_INLINE Vector<Bytes> Scaled(Bytes d, Vector<Bytes> mask, uint32_t alpha) {
+    const HalvesOf<Bytes> d16;
+    const auto weight = hn::Set(d16, static_cast<uint16_t>(alpha + 1));
+    const auto even = hn::ShiftRight<8>(hn::Mul(EvenBytes(d, mask), weight));
+    const auto odd = hn::AndNot(hn::Set(d16, 0xFF), hn::Mul(OddBytes(d, mask), weight));
+    return hn::BitCast(d, hn::Or(even, odd));
 }
 
 void ScaleMask(uint8_t* out, const uint8_t* mask, size_t count, uint32_t alpha) {
-    const Halves weight = hn::Set(kLanes16, static_cast<uint16_t>(alpha + 1));
-    ForRow(out, mask, count, [&](Bytes /*before*/, Bytes m) HWY_ATTR { return Scaled(m, weight); });
+    ForRow(
+        out, mask, count, [=](auto d, auto /*before*/, auto m) HWY_ATTR { return Scaled(d, m, alpha); },
+        [=](uint8_t* o, const uint8_t* m, size_t n) { PlainMaskKernels().ScaleMask(o, m, n, alpha); });
 }
 
 void StampMax(uint8_t* out, const uint8_t* mask, size_t count, uint32_t alpha) {
-    const Halves weight = hn::Set(kLanes16, static_cast<uint16_t>(alpha + 1));
-    ForRow(out, mask, count, [&](Bytes before, Bytes m) HWY_ATTR { return hn::Max(before, Scaled(m, weight)); });
+    ForRow(
+        out, mask, count, [=](auto d, auto before, auto m) HWY_ATTR { return hn::Max(before, Scaled(d, m, alpha)); },
+        [=](uint8_t* o, const uint8_t* m, size_t n) { PlainMaskKernels().StampMax(o, m, n, alpha); });
 }
 
 void CoverageOfLevels(uint8_t* out, const uint8_t* mask, size_t count, uint32_t factor) {
-    const Halves weight = hn::Set(kLanes16, static_cast<uint16_t>(factor));
-    ForRow(out, mask, count, [&](Bytes /*before*/, Bytes m) HWY_ATTR {
-        const Halves even = hn::And(hn::Mul(EvenBytes(m), weight), hn::Set(kLanes16, 0xFF));
-        const Halves odd = hn::ShiftLeft<8>(hn::Mul(OddBytes(m), weight));
-        const Bytes covered = hn::Sub(hn::BitCast(kLanes8, hn::Or(even, odd)), hn::Set(kLanes8, 1));
-        return hn::IfThenZeroElse(hn::Eq(m, hn::Zero(kLanes8)), covered);
-    });
+    const auto covered = [=](auto d, auto /*before*/, auto m) HWY_ATTR {
+        const HalvesOf<decltype(d)> d16;
+        const auto weight = hn::Set(d16, static_cast<uint16_t>(factor));
+        const auto even = hn::And(hn::Mul(EvenBytes(d, m), weight), hn::Set(d16, 0xFF));
+        const auto odd = hn::ShiftLeft<8>(hn::Mul(OddBytes(d, m), weight));
+        const auto levels = hn::Sub(hn::BitCast(d, hn::Or(even, odd)), hn::Set(d, 1));
+        return hn::IfThenZeroElse(hn::Eq(m, hn::Zero(d)), levels);
+    };
+    ForRow(out, mask, count, covered,
+           [=](uint8_t* o, const uint8_t* m, size_t n) { PlainMaskKernels().CoverageOfLevels(o, m, n, factor); });
 }
 
 void TakeMask(uint8_t* out, const uint8_t* mask, size_t count) {
-    ForRow(out, mask, count, [](Bytes before, Bytes m) HWY_ATTR { return hn::Sub(before, m); });
+    ForRow(
+        out, mask, count, [](auto /*d*/, auto before, auto m) HWY_ATTR { return hn::Sub(before, m); },
+        PlainMaskKernels().TakeMask);
 }
 
 void AddMask(uint8_t* out, const uint8_t* mask, size_t count) {
-    ForRow(out, mask, count, [](Bytes before, Bytes m) HWY_ATTR { return hn::SaturatedAdd(before, m); });
+    ForRow(
+        out, mask, count, [](auto /*d*/, auto before, auto m) HWY_ATTR { return hn::SaturatedAdd(before, m); },
+        PlainMaskKernels().AddMask);
+}
+
+/// A bit for each lane that is not 0.
+template <class Bytes>
+HWY_INLINE uint32_t FilledLanes(Bytes d, const uint8_t* bytes) {
+    static_assert(hn::MaxLanes(Bytes()) <= 32);
+    uint8_t bits[8] = {};
+    hn::StoreMaskBits(d, hn::Ne(hn::LoadU(d, bytes), hn::Zero(d)), bits);
+    uint32_t word = 0;
+    std::memcpy(&word, bits, sizeof word);
+    return word;
+}
+
+ColumnSpan FindSpan(const uint8_t* row, int32_t width) {
+    const hn::CappedTag<uint8_t, CoverageLayer::kPadding> d;
+    const auto lanes = static_cast<int32_t>(hn::Lanes(d));
+    int32_t first = 0;
+    uint32_t filled = 0;
+    while (first < width && (filled = FilledLanes(d, row + first)) == 0) first += lanes;
+    if (first >= width) return {};
+    first += std::countr_zero(filled);
+    int32_t last = width - lanes;
+    while ((filled = FilledLanes(d, row + last)) == 0) last -= lanes;
+    return {first, last + std::bit_width(filled)};
 }
 
 const MaskKernels* Masks() {
@@ -95,7 +136,8 @@ const MaskKernels* Masks() {
                                         .StampMax = StampMax,
                                         .CoverageOfLevels = CoverageOfLevels,
                                         .TakeMask = TakeMask,
-                                        .AddMask = AddMask};
+                                        .AddMask = AddMask,
+                                        .FindSpan = FindSpan};
     return &kMasks;
 }
 

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "render/coverage_layer.h"
+
 namespace captionfx {
 
 /// Rows are `count` bytes and need no alignment; what lies beyond is neither read nor written. `out` and `mask` may be
@@ -21,6 +23,8 @@ struct MaskKernels {
     void (*TakeMask)(uint8_t* out, const uint8_t* mask, size_t count);
     /// out = min(out + mask, 255).
     void (*AddMask)(uint8_t* out, const uint8_t* mask, size_t count);
+    /// What of a row is not 0. Around it lie CoverageLayer::kPadding zeros on both sides.
+    ColumnSpan (*FindSpan)(const uint8_t* row, int32_t width);
 };
 
 /// The definition.

@@ -25,6 +25,15 @@ void AddMask(uint8_t* out, const uint8_t* mask, size_t count) {
     for (size_t i = 0; i < count; ++i) out[i] = static_cast<uint8_t>(std::min(out[i] + mask[i], 255));
 }
 
+ColumnSpan FindSpan(const uint8_t* row, int32_t width) {
+    const auto isFilled = [](uint8_t sample) { return sample != 0; };
+    const uint8_t* const first = std::find_if(row, row + width, isFilled);
+    if (first == row + width) return {};
+    const uint8_t* last = row + width - 1;
+    while (*last == 0) --last;
+    return {static_cast<int32_t>(first - row), static_cast<int32_t>(last - row) + 1};
+}
+
 }  // namespace
 
 const MaskKernels& PlainMaskKernels() {
@@ -32,7 +41,8 @@ const MaskKernels& PlainMaskKernels() {
                                         .StampMax = StampMax,
                                         .CoverageOfLevels = CoverageOfLevels,
                                         .TakeMask = TakeMask,
-                                        .AddMask = AddMask};
+                                        .AddMask = AddMask,
+                                        .FindSpan = FindSpan};
     return kPlain;
 }
 
