@@ -43,7 +43,6 @@ struct GlyphLayers {
     GlyphBitmap Face, Border, Shadow;
     uint8_t DirtyMask = kAllLayersDirty;
 
-    [[nodiscard]] size_t Size() const { return Face.Size() + Border.Size() + Shadow.Size(); }
     void FreePixels() {
         Face.Free();
         Border.Free();

@@ -18,18 +18,36 @@ struct MaskKey {
     int32_t HasBorder;
 };
 
-/// All that the layers of a character depend on.
+/// What all layers of a character depend on.
 struct LayerKey {
     MaskKey Masks;
-    MetaFace Face;
-    MetaBorder Border;
-    MetaShadow Shadow;
     int32_t PixelFormat;
     float SizeRatio, Ascent, ScaleX, ScaleY, WidthScale, RotateSin, RotateCos;
 };
-static_assert(sizeof(LayerKey) == sizeof(LogFont) + sizeof(GlyphMatrix) + sizeof(MetaFace) + sizeof(MetaBorder) +
-                                      sizeof(MetaShadow) + size_t{13} * 4,
+
+/// What a face and a border depend on.
+struct BodyKey {
+    LayerKey Layer;
+    MetaFace Face;
+    MetaBorder Border;
+};
+
+/// What a shadow depends on. The border's size, which may be its shape's, is in the masks' radii.
+struct ShadowKey {
+    LayerKey Layer;
+    MetaShadow Shadow;
+};
+static_assert(sizeof(BodyKey) == sizeof(LayerKey) + sizeof(MetaFace) + sizeof(MetaBorder) &&
+                  sizeof(ShadowKey) == sizeof(LayerKey) + sizeof(MetaShadow) &&
+                  sizeof(LayerKey) == sizeof(LogFont) + sizeof(GlyphMatrix) + size_t{13} * 4,
               "no padding, since keys are compared as bytes");
+
+/// A face and a border.
+struct BodyLayers {
+    GlyphBitmap Face, Border;
+
+    [[nodiscard]] size_t Size() const { return Face.Size() + Border.Size(); }
+};
 
 /// A glyph and, where they are needed, its border's masks.
 struct GlyphMasks {
@@ -40,15 +58,18 @@ struct GlyphMasks {
 /// Of one title.
 struct GlyphCaches {
     SharedCache<MaskKey, GlyphMasks> Masks{size_t{16} << 20U};
-    SharedCache<LayerKey, GlyphLayers> Layers{size_t{32} << 20U};
+    SharedCache<BodyKey, BodyLayers> Bodies{size_t{16} << 20U};
+    SharedCache<ShadowKey, GlyphBitmap> Shadows{size_t{16} << 20U};
 
     void BeginFrame() {
         Masks.BeginFrame();
-        Layers.BeginFrame();
+        Bodies.BeginFrame();
+        Shadows.BeginFrame();
     }
     void Clear() {
         Masks.Clear();
-        Layers.Clear();
+        Bodies.Clear();
+        Shadows.Clear();
     }
 };
 

@@ -57,15 +57,25 @@ public:
 
     /// Returns whether there is a shape.
     bool Run(GlyphLayers& layers) const {
-        const bool isWhole = layers.DirtyMask == kAllLayersDirty;
         const MaskKey maskKey = MaskKeyOf(layers.DirtyMask);
-        if (access_.Caches == nullptr || !isWhole) return Build(layers, maskKey);
-        const LayerKey key = LayerKeyOf(maskKey);
-        if (const auto known = access_.Caches->Layers.Find(key)) {
-            layers = *known;
+        if (access_.Caches == nullptr || layers.DirtyMask != kAllLayersDirty) return Build(layers, maskKey);
+        const LayerKey layerKey = LayerKeyOf(maskKey);
+        const BodyKey bodyKey{layerKey, face_, border_};
+        const ShadowKey shadowKey{layerKey, shadow_};
+        const auto body = access_.Caches->Bodies.Find(bodyKey);
+        const auto shadow = access_.Caches->Shadows.Find(shadowKey);
+        layers.DirtyMask = static_cast<uint8_t>((body ? 0 : kFaceDirty | kBorderDirty) | (shadow ? 0 : kShadowDirty));
+        if (layers.DirtyMask != 0) Build(layers, maskKey);
+        if (body) {
+            layers.Face = body->Face;
+            layers.Border = body->Border;
         } else {
-            Build(layers, maskKey);
-            Remember(key, layers);
+            Remember(access_.Caches->Bodies, bodyKey, BodyLayers{layers.Face, layers.Border});
+        }
+        if (shadow) {
+            layers.Shadow = *shadow;
+        } else {
+            Remember(access_.Caches->Shadows, shadowKey, layers.Shadow);
         }
         return !layers.Face.IsAbsent() || !layers.Border.IsAbsent() || !layers.Shadow.IsAbsent();
     }
@@ -88,9 +98,6 @@ private:
 
     [[nodiscard]] LayerKey LayerKeyOf(const MaskKey& masks) const {
         return {.Masks = masks,
-                .Face = face_,
-                .Border = border_,
-                .Shadow = shadow_,
                 .PixelFormat = settings_.Render.PixelFormat,
                 .SizeRatio = font_.SizeRatio,
                 .Ascent = font_.Ascent,
@@ -102,10 +109,12 @@ private:
     }
 
     /// Layers that are built stay so when there is no memory for the cache.
-    void Remember(const LayerKey& key, const GlyphLayers& layers) const try {
-        auto shared = std::make_shared<GlyphLayers>(layers);
-        const size_t bytes = sizeof *shared + layers.Size();
-        access_.Caches->Layers.Insert(key, std::move(shared), bytes, access_.Use);
+    template <class Key, class Value>
+    void Remember(SharedCache<Key, Value>& cache, const Key& key, const Value& value) const try {
+        if (!cache.IsWanted(key, access_.Use)) return;
+        auto shared = std::make_shared<Value>(value);
+        const size_t bytes = sizeof *shared + value.Size();
+        cache.Insert(key, std::move(shared), bytes);
     } catch (const std::bad_alloc&) {
     }
 
@@ -123,7 +132,9 @@ private:
             masks->Border =
                 key.HasBorder != 0 ? MakeBorderMasks(masks->Glyph->Mask, key.RadiusX, key.RadiusY) : BorderMasks{};
         }
-        if (access_.Caches != nullptr) access_.Caches->Masks.Insert(key, masks, SizeOf(*masks), access_.Use);
+        if (access_.Caches != nullptr && access_.Caches->Masks.IsWanted(key, access_.Use)) {
+            access_.Caches->Masks.Insert(key, masks, SizeOf(*masks));
+        }
         return masks;
     }
 

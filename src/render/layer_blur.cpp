@@ -141,6 +141,11 @@ void BlurCoverageByRows(const CoverageJob& job) {
     for (size_t i = 0; i < alpha.size(); ++i) at(i) = static_cast<uint8_t>(RoundedAlpha(alpha[i]));
 }
 
+bool IsEmptyRow(const CoverageJob& job, int32_t y) {
+    const uint8_t* const row = job.Coverage + y * job.Pitch;
+    return std::all_of(row, row + job.Width, [](uint8_t alpha) { return alpha == 0; });
+}
+
 /// In vectors; false if a box is too wide for them.
 bool BlurCoverageByVectors(const CoverageJob& job, CoverageBlur* blur) {
     std::vector<BoxStep> steps;
@@ -151,14 +156,20 @@ bool BlurCoverageByVectors(const CoverageJob& job, CoverageBlur* blur) {
         widest = std::max(widest, step->Whole);
         steps.push_back(*step);
     }
+    int32_t first = 0, end = job.Height;
+    while (first < end && IsEmptyRow(job, first)) ++first;
+    while (end > first && IsEmptyRow(job, end - 1)) --end;
+    if (first == end) return true;
     const std::ptrdiff_t reach = widest + 2, length = InBlurLanes(std::max(job.Width, job.Height)) + 2 * reach;
     std::vector<uint16_t> strips(static_cast<size_t>(2 * length * kBlurLanes), kBlurZero);
     const auto plane = std::make_unique_for_overwrite<uint16_t[]>(
-        static_cast<size_t>(InBlurLanes(job.Width) * InBlurLanes(job.Height)));
+        static_cast<size_t>(InBlurLanes(job.Width) * InBlurLanes(end - first)));
     blur({.Coverage = job.Coverage,
           .Width = job.Width,
           .Height = job.Height,
           .Pitch = job.Pitch,
+          .First = first,
+          .End = end,
           .Boxes = steps,
           .Plane = plane.get(),
           .Strip = strips.data() + reach * kBlurLanes,

@@ -2,11 +2,12 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace captionfx {
@@ -41,10 +42,21 @@ public:
         return found->second.Shared;
     }
 
-    /// Keeps a value of `bytes`. Memory that runs out for it is no failure: it is made again then.
-    void Insert(const Key& key, std::shared_ptr<const Value> value, size_t bytes, CacheUse use) try {
+    /// Whether a value that Find does not have is worth inserting.
+    [[nodiscard]] bool IsWanted(const Key& key, CacheUse use) try {
+        if (use == CacheUse::kLasting) return true;
         const std::lock_guard lock(mutex_);
-        if (use == CacheUse::kPassing && !HasCome(key)) return;
+        come_.resize(kMostCome);
+        const size_t hash = Hash()(key);
+        const auto note = static_cast<uint32_t>(hash >> 32U);
+        return std::exchange(come_[hash % kMostCome], note) == note;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+
+    /// Keeps a value of `bytes`. Memory that runs out for it is no failure: it is made again then.
+    void Insert(const Key& key, std::shared_ptr<const Value> value, size_t bytes) try {
+        const std::lock_guard lock(mutex_);
         if (bytes_ + bytes > mostBytes_) MakeRoom();
         if (bytes_ + bytes > mostBytes_) return;  // this frame alone fills it
         if (entries_.try_emplace(key, Entry{std::move(value), bytes, frame_}).second) bytes_ += bytes;
@@ -72,13 +84,7 @@ private:
         bool operator()(const Key& a, const Key& b) const { return BytesOf(a) == BytesOf(b); }
     };
 
-    static constexpr size_t kMostCome = size_t{1} << 16U;
-
-    /// Whether a passing key was there before; it is noted by its hash.
-    bool HasCome(const Key& key) {
-        if (come_.size() >= kMostCome) come_.clear();
-        return !come_.insert(Hash()(key)).second;
-    }
+    static constexpr size_t kMostCome = size_t{1} << 15U;
 
     /// Throws out the longest unused quarter and more, of what this frame has not used.
     void MakeRoom() {
@@ -99,7 +105,7 @@ private:
     const size_t mostBytes_;
     std::mutex mutex_;
     std::unordered_map<Key, Entry, Hash, Equal> entries_;
-    std::unordered_set<size_t> come_;
+    std::vector<uint32_t> come_;  // hashes of passing keys that came, each in the place that it belongs to
     size_t bytes_ = 0;
     uint64_t frame_ = 1;
 };

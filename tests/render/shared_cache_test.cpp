@@ -10,7 +10,7 @@ struct SharedCacheTest : testing::Test {
     static constexpr size_t kMost = 100, kEach = 10;
 
     void Insert(int key, CacheUse use = CacheUse::kLasting) {
-        cache.Insert(key, std::make_shared<int>(key), kEach, use);
+        if (cache.IsWanted(key, use)) cache.Insert(key, std::make_shared<int>(key), kEach);
     }
     int CountOf(int first, int end) {
         int count = 0;

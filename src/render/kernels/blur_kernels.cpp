@@ -132,7 +132,7 @@ constexpr int32_t kSquare = 16;
 /// Sixteen pixels of each of sixteen rows become rows of a strip; what lies beyond the picture is 0.
 void LoadSquare(const BlurJob& job, int32_t left, int32_t top, uint16_t* strip) {
     const Square8 d8;
-    const int32_t columns = std::min(kSquare, job.Width - left), rowCount = std::min(kSquare, job.Height - top);
+    const int32_t columns = std::min(kSquare, job.Width - left), rowCount = std::min(kSquare, job.End - top);
     hn::Vec<Square8> rows[kSquare];
     for (int32_t y = 0; y < kSquare; ++y) {
         HWY_ALIGN uint8_t part[kSquare] = {};
@@ -164,14 +164,14 @@ HWY_INLINE void StoreSquare(const uint16_t* strip, uint16_t* plane, ptrdiff_t pi
 void BlurAlongRows(const BlurJob& job) {
     const ptrdiff_t pitch = InBlurLanes(job.Width);
     uint16_t *strip = job.Strip, *other = job.OtherStrip;
-    for (int32_t top = 0; top < job.Height; top += kBlurLanes) {
+    for (int32_t top = job.First; top < job.End; top += kBlurLanes) {
         for (int32_t x = 0; x < pitch; x += kSquare) {
             for (int32_t y = 0; y < kBlurLanes; y += kSquare) LoadSquare(job, x, top + y, strip + x * kBlurLanes + y);
         }
         RunBoxes(strip, other, job.Width, job.Boxes);
         for (ptrdiff_t x = 0; x < pitch; x += 8) {
             for (ptrdiff_t y = 0; y < kBlurLanes; y += 8) {
-                StoreSquare(strip + x * kBlurLanes + y, job.Plane + (top + y) * pitch + x, pitch);
+                StoreSquare(strip + x * kBlurLanes + y, job.Plane + (top - job.First + y) * pitch + x, pitch);
             }
         }
     }
@@ -191,9 +191,11 @@ void BlurAlongColumns(const BlurJob& job) {
     const ptrdiff_t pitch = InBlurLanes(job.Width);
     uint16_t *strip = job.Strip, *other = job.OtherStrip;
     for (int32_t left = 0; left < job.Width; left += kBlurLanes) {
-        for (ptrdiff_t y = 0; y < job.Height; ++y) {
-            std::copy_n(job.Plane + y * pitch + left, kBlurLanes, strip + y * kBlurLanes);
+        std::fill_n(strip, job.First * kBlurLanes, kBlurZero);
+        for (ptrdiff_t y = job.First; y < job.End; ++y) {
+            std::copy_n(job.Plane + (y - job.First) * pitch + left, kBlurLanes, strip + y * kBlurLanes);
         }
+        std::fill(strip + job.End * kBlurLanes, strip + job.Height * kBlurLanes, kBlurZero);
         RunBoxes(strip, other, job.Height, job.Boxes);
         const int32_t columns = std::min<int32_t>(kBlurLanes, job.Width - left);
         for (ptrdiff_t y = 0; y < job.Height; ++y) {

@@ -43,8 +43,9 @@ struct BlurJob {
     uint8_t* Coverage;
     int32_t Width, Height;
     ptrdiff_t Pitch;
+    int32_t First, End;  ///< Rows outside are 0.
     std::span<const BoxStep> Boxes;
-    uint16_t* Plane;  ///< InBlurLanes(Width) by InBlurLanes(Height), of any content
+    uint16_t* Plane;  ///< InBlurLanes(Width) by InBlurLanes(End - First), of any content
     /// Two strips, all kBlurZero: InBlurLanes of the longer side rows of kBlurLanes, and `Reach` rows to both sides,
     /// two more than the widest box has pixels.
     uint16_t *Strip, *OtherStrip;
