@@ -135,7 +135,7 @@ private:
             for (std::ptrdiff_t channel = 0; channel <= plane->Colors.Count; ++channel) {
                 uint16_t* row = plane->Alpha + channel * kChannelPitch;
                 for (int32_t y = 0; y < Rows(); ++y, row += kPitch)
-                    std::fill(row + Columns(), row + kPitch, uint16_t{0});
+                    std::fill_n(row + Columns(), kPixelPadding, uint16_t{0});
             }
         }
     }
