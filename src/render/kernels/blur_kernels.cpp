@@ -129,20 +129,12 @@ HWY_INLINE void Turn(Tag tag, hn::Vec<Tag>* rows) {
 
 constexpr int32_t kSquare = 16;
 
-/// Sixteen pixels of each of sixteen rows become rows of a strip; what lies beyond the picture is 0.
-void LoadSquare(const BlurJob& job, int32_t left, int32_t top, uint16_t* strip) {
+/// Sixteen pixels of each of sixteen rows become rows of a strip.
+HWY_INLINE void TurnSquare(const uint8_t* pixels, ptrdiff_t pitch, uint16_t* strip) {
     const Square8 d8;
-    const int32_t columns = std::min(kSquare, job.Width - left), rowCount = std::min(kSquare, job.End - top);
     hn::Vec<Square8> rows[kSquare];
-    for (int32_t y = 0; y < kSquare; ++y) {
-        HWY_ALIGN uint8_t part[kSquare] = {};
-        const uint8_t* row = part;
-        if (y < rowCount && columns > 0) {
-            row = job.Coverage + (top + y) * job.Pitch + left;
-            if (columns < kSquare) row = std::copy_n(row, columns, part) - columns;
-        }
-        rows[y] = hn::Xor(hn::LoadU(d8, row), hn::Set(d8, kBlurZero >> 8U));
-    }
+    for (ptrdiff_t y = 0; y < kSquare; ++y)
+        rows[y] = hn::Xor(hn::LoadU(d8, pixels + y * pitch), hn::Set(d8, kBlurZero >> 8U));
     Turn<kSquare>(d8, rows);
     const Square16 d16;
     for (ptrdiff_t x = 0; x < kSquare; ++x) {
@@ -150,6 +142,16 @@ void LoadSquare(const BlurJob& job, int32_t left, int32_t top, uint16_t* strip) 
         hn::StoreU(hn::BitCast(d16, hn::InterleaveLower(d8, hn::Zero(d8), rows[x])), d16, out);
         hn::StoreU(hn::BitCast(d16, hn::InterleaveUpper(d8, hn::Zero(d8), rows[x])), d16, out + 8);
     }
+}
+
+/// TurnSquare of what lies at (left, top); beyond the picture all is 0.
+void LoadSquare(const BlurJob& job, int32_t left, int32_t top, uint16_t* strip) {
+    const int32_t columns = std::clamp(job.Width - left, 0, kSquare), rows = std::clamp(job.End - top, 0, kSquare);
+    const uint8_t* const pixels = job.Coverage + top * job.Pitch + left;
+    if (columns == kSquare && rows == kSquare) return TurnSquare(pixels, job.Pitch, strip);
+    HWY_ALIGN uint8_t part[kSquare * kSquare] = {};
+    for (int32_t y = 0; y < rows; ++y) std::copy_n(pixels + y * job.Pitch, columns, part + y * kSquare);
+    TurnSquare(part, kSquare, strip);
 }
 
 /// Eight values of each of eight rows of a strip become eight columns of the plane.
@@ -179,11 +181,11 @@ void BlurAlongRows(const BlurJob& job) {
 
 /// A row of a strip, rounded to bytes.
 HWY_INLINE void StoreRounded(const uint16_t* values, uint8_t* out) {
-    const Square16 d16;
-    const hn::Rebind<uint8_t, Square16> d8;
-    for (int i = 0; i < kBlurLanes; i += 8) {
+    const hn::RebindToUnsigned<Lanes16> d16;
+    const hn::Rebind<uint8_t, Lanes16> d8;
+    for (size_t i = 0; i < size_t{kBlurLanes}; i += hn::Lanes(d16)) {
         const auto rounded = hn::ShiftRight<8>(hn::Add(hn::LoadU(d16, values + i), hn::Set(d16, kBlurZero + 128)));
-        hn::StoreU(hn::DemoteTo(d8, hn::BitCast(hn::RebindToSigned<Square16>(), rounded)), d8, out + i);
+        hn::StoreU(hn::DemoteTo(d8, hn::BitCast(Lanes16(), rounded)), d8, out + i);
     }
 }
 
