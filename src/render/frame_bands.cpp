@@ -49,8 +49,8 @@ private:
 /// The layers of one string, dealt out to the tiles that they touch; in each tile they keep their order.
 class TiledLayers {
 public:
-    TiledLayers(const PlacedString& string, const TileGrid& grid)
-        : layers_(string.Layers()), starts_(grid.Count() + 1) {
+    TiledLayers(PlacedString& string, const TileGrid& grid, size_t& stillBytes)
+        : layers_(string.Layers(stillBytes)), starts_(grid.Count() + 1) {
         for (const PlaneLayer& layer : layers_) grid.ForTouched(layer.Layer.Rect, [&](size_t i) { ++starts_[i + 1]; });
         for (size_t i = 1; i < starts_.size(); ++i) starts_[i] += starts_[i - 1];
         ofTiles_.resize(starts_.back());
@@ -197,14 +197,14 @@ bool CanDrawInBands(const FrameTitle& title) {
            std::ranges::none_of(title.Strings, [&](const MetaString& string) { return IsImageStage(title, string); });
 }
 
-void DrawInBands(const FrameTitle& title, const std::vector<PlacedString>& strings, uint32_t* destination,
-                 uint32_t* kept) {
+void DrawInBands(const FrameTitle& title, std::vector<PlacedString>& strings, uint32_t* destination, uint32_t* kept) {
     const TitleRect rect = title.Cache.FrameDirtyRect;
     if (IsEmpty(rect)) return;
     const TileGrid grid(rect);
     std::vector<TiledLayers> tiled;
     tiled.reserve(strings.size());
-    for (const PlacedString& string : strings) tiled.emplace_back(string, grid);
+    size_t stillBytes = StillCoverage::kMostBytes;
+    for (PlacedString& string : strings) tiled.emplace_back(string, grid, stillBytes);
     const BandDrawing drawing(title, grid, tiled, destination, kept);
     title.Workers().ForBands(rect, [&](const TitleRect& band, int32_t row) { drawing.Draw(band, row); });
 }

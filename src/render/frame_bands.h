@@ -12,7 +12,6 @@ namespace captionfx {
 
 /// Draws strings whose layers are built into `destination`, within the rectangle of the cache's FrameDirtyRect. Where
 /// `kept` is not null it becomes, in the same rectangle, the image of the last string.
-void DrawInBands(const FrameTitle& title, const std::vector<PlacedString>& strings, uint32_t* destination,
-                 uint32_t* kept);
+void DrawInBands(const FrameTitle& title, std::vector<PlacedString>& strings, uint32_t* destination, uint32_t* kept);
 
 }  // namespace captionfx

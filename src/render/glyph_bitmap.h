@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "render/coverage_layer.h"
+#include "render/still_coverage.h"
 
 namespace captionfx {
 
@@ -18,12 +18,14 @@ struct GlyphBitmap {
     int32_t Width = 0, Height = 0;
     float X = 0, Y = 0;  ///< Upper left corner from the character's position, pixels.
     std::shared_ptr<const CoverageLayer> Coverage{};
-    uint32_t Color = 0;  ///< Of the coverage, alpha 0.
+    uint32_t Color = 0;     ///< Of the coverage, alpha 0.
+    StillCoverage Still{};  ///< What the frames of a title keep of it.
 
     [[nodiscard]] bool IsAbsent() const { return !Pixels && !Coverage; }
     void Free() {
         Pixels.reset();
         Coverage.reset();
+        Still.Forget();
     }
 
     /// Bytes of memory that it takes.

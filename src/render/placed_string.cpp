@@ -77,15 +77,17 @@ void PlacedString::MarkDirty() {
     for (const PlacedCharacter& placed : placed_) MarkDirty(LayersOf(placed), placed.Placement);
 }
 
-std::vector<PlaneLayer> PlacedString::Layers() const {
+std::vector<PlaneLayer> PlacedString::Layers(size_t& stillBytes) {
     std::vector<PlaneLayer> all;
     all.reserve(placed_.size() * kPlaneCount);
-    for (const PlacedCharacter& placed : placed_) {
-        const GlyphLayers& layers = LayersOf(placed);
+    for (PlacedCharacter& placed : placed_) {
+        GlyphLayers& layers = LayersOf(placed);
         const CharPlacement& at = placed.Placement;
-        const auto add = [&](const GlyphBitmap& layer, PlaneIndex plane) {
-            const std::optional<PlacedLayer> seen = PlaceLayer(layer, at.X + layer.X, at.Y + layer.Y, at.Alpha, clip_);
-            if (seen) all.push_back({*seen, plane});
+        const auto add = [&](GlyphBitmap& layer, PlaneIndex plane) {
+            std::optional<PlacedLayer> seen = PlaceLayer(layer, at.X + layer.X, at.Y + layer.Y, at.Alpha, clip_);
+            if (!seen) return layer.Still.Forget();
+            if (!placed.IsTransformed) layer.Still.Note(*seen, stillBytes);
+            all.push_back({*seen, plane});
         };
         add(layers.Shadow, kShadowPlane);
         add(layers.Border, kBorderPlane);
@@ -119,6 +121,10 @@ LayerBuild PlacedString::BuildOf(PlacedCharacter& placed) const {
 }
 
 const GlyphLayers& PlacedString::LayersOf(const PlacedCharacter& placed) const {
+    return placed.IsTransformed ? placed.Fresh : At(string_.GlyphLayersList, placed.Character);
+}
+
+GlyphLayers& PlacedString::LayersOf(PlacedCharacter& placed) {
     return placed.IsTransformed ? placed.Fresh : At(string_.GlyphLayersList, placed.Character);
 }
 

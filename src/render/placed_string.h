@@ -42,8 +42,9 @@ public:
     /// Unites what the characters touch into DirtyRect, once the layers are built.
     void MarkDirty();
 
-    /// The layers that are seen, in the order in which they are drawn.
-    [[nodiscard]] std::vector<PlaneLayer> Layers() const;
+    /// The layers that are seen, in the order in which they are drawn. Those of a frame share `stillBytes` of memory
+    /// for what is kept of layers that do not move.
+    [[nodiscard]] std::vector<PlaneLayer> Layers(size_t& stillBytes);
 
     /// Draws the rows of `band` into the string's planes, once the layers are built.
     void DrawBand(const TitleRect& band) const;
@@ -56,6 +57,7 @@ public:
 private:
     [[nodiscard]] LayerBuild BuildOf(PlacedCharacter& placed) const;
     [[nodiscard]] const GlyphLayers& LayersOf(const PlacedCharacter& placed) const;
+    [[nodiscard]] GlyphLayers& LayersOf(PlacedCharacter& placed);
     void DrawLayers(const GlyphLayers& layers, const CharPlacement& placement, const TitleRect& band) const;
     void MarkDirty(const GlyphLayers& layers, const CharPlacement& placement);
 

@@ -90,7 +90,7 @@ void ForPixels(const PlacedLayer& layer, const TitleRect& rect, Place place) {
 
 /// The rows of a layer's coverage that come to lie in `rect`, for a plane whose first column is the frame's `left`.
 CoverageRows RowsOf(const PlacedLayer& layer, const TitleRect& rect, int32_t left) {
-    const CoverageLayer& coverage = *layer.Bitmap->Coverage;
+    const CoverageLayer& coverage = *layer.Coverage;
     const auto v = static_cast<int32_t>(rect.top - layer.Row);
     return {.Samples = coverage.Row(v - 1),
             .Spans = coverage.Spans(v - 1),
@@ -111,7 +111,7 @@ CoveragePlacement PlacementOf(const PlacedLayer& layer) {
 }
 
 void DrawLayer(const PlaneView& plane, const PlacedLayer& layer, const RowKernels& kernels) {
-    if (layer.Bitmap->Coverage) {
+    if (layer.Coverage != nullptr) {
         kernels.PlaceCoverage(plane.Row(layer.Rect.top), plane.Width, RowsOf(layer, layer.Rect, 0), PlacementOf(layer));
         return;
     }
@@ -134,6 +134,7 @@ std::optional<PlacedLayer> PlaceLayer(const GlyphBitmap& bitmap, float x, float 
     const auto side = [](int64_t v) { return static_cast<int32_t>(v); };
     const float fx = px.Fraction, fy = py.Fraction;
     return PlacedLayer{.Bitmap = &bitmap,
+                       .Coverage = bitmap.Coverage.get(),
                        .Column = px.First,
                        .Row = py.First,
                        .Rect = {side(left), side(top), side(right), side(bottom)},
@@ -147,7 +148,7 @@ std::optional<PlacedLayer> PlaceLayer(const GlyphBitmap& bitmap, float x, float 
 void DrawLayer(const TileView& tile, const PlacedLayer& layer) {
     const TitleRect rect = Intersection(layer.Rect, tile.Rect);
     if (IsEmpty(rect)) return;
-    if (layer.Bitmap->Coverage) {
+    if (layer.Coverage != nullptr) {
         BestChannelKernels().Place(tile.Plane.From(rect.top - tile.Rect.top, 0), RowsOf(layer, rect, tile.Rect.left),
                                    PlacementOf(layer));
         return;
@@ -156,6 +157,24 @@ void DrawLayer(const TileView& tile, const PlacedLayer& layer) {
         const ChannelPlane pixels = tile.Plane.From(row - tile.Rect.top, column - tile.Rect.left);
         pixels.SetPixel(0, Placed(pixels.Pixel(0), layer, samples...));
     });
+}
+
+std::shared_ptr<const CoverageLayer> ResampledCoverage(const PlacedLayer& layer) {
+    const CoverageLayer& samples = *layer.Coverage;
+    const auto pixels = std::make_shared<CoverageLayer>(samples.Width() + 1, samples.Height() + 1);
+    CoveragePlacement placement = PlacementOf(layer);
+    placement.Alpha = 255;
+    BestChannelKernels().Resample(pixels->Row(0), pixels->Pitch(),
+                                  {.Samples = samples.Row(-1),
+                                   .Spans = samples.Spans(-1),
+                                   .Pitch = samples.Pitch(),
+                                   .Count = pixels->Height(),
+                                   .Left = 0,
+                                   .Right = pixels->Width(),
+                                   .Column = 0},
+                                  placement);
+    pixels->FindSpans();
+    return pixels;
 }
 
 int32_t DrawGlyphBitmap(const PlaneView& plane, const TitleRect& clip, const GlyphBitmap& bitmap, float x, float y,

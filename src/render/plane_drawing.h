@@ -27,6 +27,9 @@ struct TileView {
 /// A layer on its place in the frame.
 struct PlacedLayer {
     const GlyphBitmap* Bitmap;
+    const CoverageLayer* Coverage;  ///< What is drawn of a bitmap of one colour; null for pixels.
+    /// Owns Coverage where the bitmap does not: a second pass of the character may let go of what it kept.
+    std::shared_ptr<const CoverageLayer> Owner{};
     int64_t Column, Row;          ///< Of the frame, where the layer's first pixel lies, or the one before it.
     TitleRect Rect;               ///< The pixels that it may change.
     uint32_t W00, W10, W01, W11;  ///< Weights of the four samples of a pixel, 16.16.
@@ -45,6 +48,9 @@ struct PlacedLayer {
 
 /// Draws what of a layer lies in a tile; its plane must be laid out for the layer's colours.
 void DrawLayer(const TileView& tile, const PlacedLayer& layer);
+
+/// What StillCoverage keeps: the pixels' coverage of a placed layer, with a column and a row more than it.
+[[nodiscard]] std::shared_ptr<const CoverageLayer> ResampledCoverage(const PlacedLayer& layer);
 
 /// PlaceLayer and DrawLayer within `clip`. Returns 1, or 0 for an absent bitmap, a plane of no size or an alpha
 /// below 1.

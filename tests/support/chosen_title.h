@@ -29,9 +29,13 @@ public:
     /// Several frames, one after the other, so that what is kept between them counts too.
     std::vector<uint32_t> Frames() {
         std::vector<uint32_t> all;
-        for (int32_t frame = 0; frame < 4; ++frame) {
-            for (MetaString& string : title_.Strings()) string.PathProgress = frame == 3 ? 1.0F : Share() * 1.2F;
-            if (Below(4) == 0) SetOutput();
+        constexpr int32_t kFrames = 5;
+        for (int32_t frame = 0; frame < kFrames; ++frame) {
+            const bool isStill = Below(3) == 0;  // what does not move is kept in a form of its own
+            for (MetaString& string : title_.Strings()) {
+                if (!isStill) string.PathProgress = frame == kFrames - 1 ? 1.0F : Share() * 1.2F;
+            }
+            if (!isStill && Below(4) == 0) SetOutput();
             std::vector<uint32_t> pixels(static_cast<size_t>(settings_.Width) * static_cast<size_t>(settings_.Height));
             const uint32_t alpha = settings_.DestinationAlpha != 0 && Below(2) == 0 ? 0 : 0xFF000000U;
             uint32_t noise = random_();
@@ -77,11 +81,16 @@ private:
         title_.SetRenderSettings(&settings_);
     }
 
+    /// Of all colours, and of those that titles mostly have: their channels are equal or 0.
+    uint32_t Color() {
+        return OneOf<uint32_t>({random_() & 0xFFFFFFU, 0xFFFFFF, 0, 0x808080, 0x0000FF, 0x00FFFF, 0xC000C0});
+    }
+
     /// Flat more often than not, and then also of the colours that round badly.
     template <class Style>
     void Fill(Style& style) {
-        style.Color1 = static_cast<uint32_t>(random_()) & 0xFFFFFFU;
-        style.Color2 = Below(3) == 0 ? static_cast<uint32_t>(random_()) & 0xFFFFFFU : style.Color1;
+        style.Color1 = Color();
+        style.Color2 = Below(3) == 0 ? Color() : style.Color1;
         style.GradType = Below(9);
         style.Alpha = OneOf({255, 255, 1, 128, Below(256)});
         style.BlurRadius = OneOf({0, 0, 1, Below(12)});

@@ -36,6 +36,7 @@ public:
         return row;
     }
     CoveragePlacement Placement() {
+        if (Byte() == 1) return {0, 0, 0, kWholeSample, std::max(1U, Byte()), Pixel(false) & kColorMask};
         const auto fraction = [&] { return static_cast<float>(random_() % 1001) / 1000; };
         const float fx = fraction(), fy = fraction();
         const auto weight = [](float product) { return static_cast<uint32_t>(static_cast<double>(product) * 65356.0); };

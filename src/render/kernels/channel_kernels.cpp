@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 // The two lines that Highway includes this file again by.
 #undef HWY_TARGET_INCLUDE
@@ -37,7 +38,7 @@ HWY_INLINE void PlaceColor(uint16_t* channel, Halves left, Halves weight, Halves
     hn::StoreU(hn::Add(kept, hn::MulHigh(value, weight)), kLanes16, channel);
 }
 
-template <size_t kColors, bool kHasLarge>
+template <size_t kColors, Sampling kSampling>
 void PlaceRows(const ChannelPlane& plane, const CoverageRows& rows, const CoveragePlacement& placement,
                std::ptrdiff_t largeOffset) {
     static_assert(hn::MaxLanes(Lanes16()) <= CoverageLayer::kPadding && hn::MaxLanes(Lanes16()) <= kPixelPadding);
@@ -51,7 +52,7 @@ void PlaceRows(const ChannelPlane& plane, const CoverageRows& rows, const Covera
         const uint8_t* const lower = upper + rows.Pitch;
         uint16_t* const out = plane.Alpha + v * plane.Pitch + rows.Column;
         for (int32_t u = left; u < right; u += lanes) {
-            const Halves a = PlacedCoverages<kHasLarge>(upper + u, lower + u, largeOffset, weights);
+            const Halves a = PlacedCoverages<kSampling>(upper + u, lower + u, largeOffset, weights);
             const Halves kept = hn::Sub(hn::Set(kLanes16, 256), a), weight = hn::Add(a, hn::Set(kLanes16, 1));
             PlaceAlpha(out + u, kept, weight);
             for (size_t c = 0; c < kColors; ++c)
@@ -62,12 +63,44 @@ void PlaceRows(const ChannelPlane& plane, const CoverageRows& rows, const Covera
 
 void Place(const ChannelPlane& plane, const CoverageRows& rows, const CoveragePlacement& placement) {
     using PlaceForm = void (*)(const ChannelPlane&, const CoverageRows&, const CoveragePlacement&, std::ptrdiff_t);
-    static constexpr PlaceForm kForms[][2] = {{PlaceRows<0, false>, PlaceRows<0, true>},
-                                              {PlaceRows<1, false>, PlaceRows<1, true>},
-                                              {PlaceRows<2, false>, PlaceRows<2, true>},
-                                              {PlaceRows<3, false>, PlaceRows<3, true>}};
+    static constexpr auto kForms = [] {
+        std::array<std::array<PlaceForm, 3>, 4> forms{};
+        const auto add = [&]<size_t... kColors>(std::index_sequence<kColors...>) {
+            ((forms[kColors] = {PlaceRows<kColors, Sampling::kFour>, PlaceRows<kColors, Sampling::kFourWithLarge>,
+                                PlaceRows<kColors, Sampling::kOne>}),
+             ...);
+        };
+        add(std::make_index_sequence<4>());
+        return forms;
+    }();
     const LargeWeight large(placement, rows.Pitch);
-    kForms[plane.Colors.Count][large.Exists ? 1 : 0](plane, rows, placement, large.Offset);
+    const auto sampling = static_cast<size_t>(SamplingOf(placement, large));
+    kForms[plane.Colors.Count][sampling](plane, rows, placement, large.Offset);
+}
+
+template <Sampling kSampling>
+void ResampleRows(uint8_t* out, size_t pitch, const CoverageRows& rows, const CoveragePlacement& placement,
+                  std::ptrdiff_t largeOffset) {
+    const auto lanes = static_cast<int32_t>(hn::Lanes(kLanes16));
+    const PlacementWeights weights(placement);
+    ForFilledRows(rows, [&](int32_t v, const uint8_t* upper, int32_t left, int32_t right) HWY_ATTR {
+        const uint8_t* const lower = upper + rows.Pitch;
+        uint8_t* const row = out + static_cast<size_t>(v) * pitch;
+        for (int32_t u = left; u < right; u += lanes) {
+            const Halves a = PlacedCoverages<kSampling>(upper + u, lower + u, largeOffset, weights);
+            const hn::Rebind<uint8_t, Lanes16> d8;
+            hn::StoreU(hn::DemoteTo(d8, hn::BitCast(LanesI16(), a)), d8, row + u);
+        }
+    });
+}
+
+void Resample(uint8_t* out, size_t pitch, const CoverageRows& rows, const CoveragePlacement& placement) {
+    const LargeWeight large(placement, rows.Pitch);
+    if (large.Exists) {
+        ResampleRows<Sampling::kFourWithLarge>(out, pitch, rows, placement, large.Offset);
+    } else {
+        ResampleRows<Sampling::kFour>(out, pitch, rows, placement, 0);
+    }
 }
 
 /// One colour of the merged image: the rows of the planes that it is made of.
@@ -262,8 +295,11 @@ void Merge(uint32_t* image, std::ptrdiff_t pitch, const ChannelPlanes& planes, i
 }
 
 const ChannelKernels* Channels() {
-    static constexpr ChannelKernels kChannels{
-        .Place = Place, .FinishStraight = FinishStraight, .FinishPremultiplied = FinishPremultiplied, .Merge = Merge};
+    static constexpr ChannelKernels kChannels{.Place = Place,
+                                              .Resample = Resample,
+                                              .FinishStraight = FinishStraight,
+                                              .FinishPremultiplied = FinishPremultiplied,
+                                              .Merge = Merge};
     return &kChannels;
 }
 

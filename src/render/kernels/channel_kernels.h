@@ -13,6 +13,9 @@ namespace captionfx {
 struct ChannelKernels {
     /// Places rows of a layer whose colour the plane was laid out for. May write behind rows.Right.
     void (*Place)(const ChannelPlane& plane, const CoverageRows& rows, const CoveragePlacement& placement);
+    /// The coverage of rows that are placed, `pitch` bytes apart; what is 0 need not be written. kPixelPadding bytes
+    /// behind each row are 0 and stay so.
+    void (*Resample)(uint8_t* out, size_t pitch, const CoverageRows& rows, const CoveragePlacement& placement);
     /// Merges the planes, the face uppermost, composites them onto `count` columns of `rows` rows, which are `pitch`
     /// pixels apart and have straight alpha, and leaves the planes 0.
     void (*FinishStraight)(uint32_t* destination, std::ptrdiff_t pitch, const ChannelPlanes& planes, int32_t rows,

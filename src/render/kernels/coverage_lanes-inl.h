@@ -64,10 +64,19 @@ HWY_INLINE Halves Samples(const uint8_t* at) {
     return hn::PromoteTo(kLanes16, hn::LoadU(hn::Rebind<uint8_t, Lanes16>(), at));
 }
 
+/// What makes up a pixel: four samples, of which one may have a large weight, or one alone.
+enum class Sampling { kFour, kFourWithLarge, kOne };
+
+[[nodiscard]] inline Sampling SamplingOf(const CoveragePlacement& p, const LargeWeight& large) {
+    if (p.W11 == kWholeSample) return Sampling::kOne;
+    return large.Exists ? Sampling::kFourWithLarge : Sampling::kFour;
+}
+
 /// PlacedCoverage of as many pixels as there are lanes of 16 bits.
-template <bool kHasLarge>
+template <Sampling kSampling>
 HWY_INLINE Halves PlacedCoverages(const uint8_t* upper, const uint8_t* lower, std::ptrdiff_t largeOffset,
                                   const PlacementWeights& w) {
+    if (kSampling == Sampling::kOne) return hn::ShiftRight<8>(hn::Mul(Samples(lower), w.Alpha));
     // Pairs that begin left of the first pixel make up every second one, the others begin at it.
     const auto sums = [&](std::ptrdiff_t at) HWY_ATTR {
         const auto above = AddPairs(Samples(upper + at), w.Above, hn::Zero(LanesI32()));
@@ -75,7 +84,7 @@ HWY_INLINE Halves PlacedCoverages(const uint8_t* upper, const uint8_t* lower, st
     };
     Halves coverage =
         hn::BitCast(kLanes16, hn::OrAnd(hn::ShiftRight<16>(sums(-1)), sums(0), hn::Set(kLanes32, 0xFFFF0000U)));
-    if (kHasLarge) coverage = hn::Add(coverage, Samples(upper + largeOffset));
+    if (kSampling == Sampling::kFourWithLarge) coverage = hn::Add(coverage, Samples(upper + largeOffset));
     return hn::ShiftRight<8>(hn::Mul(coverage, w.Alpha));
 }
 

@@ -8,9 +8,13 @@
 
 namespace captionfx {
 
+/// The weight of a sample that is a pixel by itself.
+inline constexpr uint32_t kWholeSample = 65536;
+
 /// How a layer of one colour lies on the grid of a plane.
 struct CoveragePlacement {
-    /// Weights of the samples above left, above, left and here; 16.16, their sum at most 65356.
+    /// Weights of the samples above left, above, left and here; 16.16, their sum at most 65356. Or 0, 0, 0 and
+    /// kWholeSample.
     uint32_t W00, W10, W01, W11;
     uint32_t Alpha;  ///< Of the character, 1 to 255.
     uint32_t Color;  ///< Of the layer, alpha 0.

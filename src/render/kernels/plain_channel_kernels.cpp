@@ -15,6 +15,14 @@ void Place(const ChannelPlane& plane, const CoverageRows& rows, const CoveragePl
     }
 }
 
+void Resample(uint8_t* out, size_t pitch, const CoverageRows& rows, const CoveragePlacement& p) {
+    const uint8_t* upper = rows.Samples;
+    for (int32_t v = 0; v < rows.Count; ++v, upper += rows.Pitch, out += pitch) {
+        for (int32_t u = rows.Left; u < rows.Right; ++u)
+            out[u] = static_cast<uint8_t>(PlacedCoverage(upper + u, upper + rows.Pitch + u, p));
+    }
+}
+
 /// Calls use(x, merged pixel) for each pixel of a row and leaves the planes 0.
 template <class Use>
 void MergeRow(const ChannelPlanes& row, int32_t count, Use use) {
@@ -42,6 +50,7 @@ void Merge(uint32_t* image, std::ptrdiff_t pitch, const ChannelPlanes& planes, i
 
 const ChannelKernels& PlainChannelKernels() {
     static constexpr ChannelKernels kPlain{.Place = Place,
+                                           .Resample = Resample,
                                            .FinishStraight = Finish<OverStraight<true>>,
                                            .FinishPremultiplied = Finish<OverPremultiplied>,
                                            .Merge = Merge};

@@ -95,7 +95,7 @@ HWY_INLINE void PlaceTwo(uint32_t* target, Halves a, const ColorLanes& color) {
     PlaceVector(target + hn::Lanes(kLanes32), hn::PromoteTo(kLanes32, hn::UpperHalf(hn::Half<Lanes16>(), a)), color);
 }
 
-template <bool kHasLarge>
+template <Sampling kSampling>
 HWY_INLINE void PlaceRows(uint32_t* target, std::ptrdiff_t pitch, const CoverageRows& rows,
                           const CoveragePlacement& placement, std::ptrdiff_t largeOffset) {
     constexpr size_t kMostLanes = hn::MaxLanes(Lanes16());
@@ -107,7 +107,7 @@ HWY_INLINE void PlaceRows(uint32_t* target, std::ptrdiff_t pitch, const Coverage
         const uint8_t* const lower = upper + rows.Pitch;
         uint32_t* const out = target + v * pitch + rows.Column;
         const auto placed = [&](int32_t u) HWY_ATTR {
-            return PlacedCoverages<kHasLarge>(upper + u, lower + u, largeOffset, weights);
+            return PlacedCoverages<kSampling>(upper + u, lower + u, largeOffset, weights);
         };
         int32_t u = left;
         for (; u + lanes <= right; u += lanes) PlaceTwo(out + u, placed(u), color);
@@ -123,9 +123,9 @@ void PlaceCoverage(uint32_t* target, std::ptrdiff_t pitch, const CoverageRows& r
                    const CoveragePlacement& placement) {
     const LargeWeight large(placement, rows.Pitch);
     if (large.Exists) {
-        PlaceRows<true>(target, pitch, rows, placement, large.Offset);
+        PlaceRows<Sampling::kFourWithLarge>(target, pitch, rows, placement, large.Offset);
     } else {
-        PlaceRows<false>(target, pitch, rows, placement, 0);
+        PlaceRows<Sampling::kFour>(target, pitch, rows, placement, 0);
     }
 }
 
