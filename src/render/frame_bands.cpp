@@ -1,6 +1,7 @@
 #include "render/frame_bands.h"
 
 #include <algorithm>
+#include <bit>
 
 #include "paths/path_manager.h"
 #include "render/rect.h"
@@ -80,6 +81,35 @@ private:
     StoredColors colors_[kPlaneCount];
 };
 
+/// The rows and columns of a tile that layers touch. Between the lines of a text there are rows that none does.
+struct TouchedPart {
+    static_assert(kBandRows <= 32, "a bit for each row");
+
+    uint32_t Rows = 0;
+    int32_t Left = kTileColumns, Right = 0;
+
+    /// `rect` is within the tile, and not empty.
+    void Add(const TitleRect& rect) {
+        Rows |= (~0U >> static_cast<uint32_t>(32 - (rect.bottom - rect.top))) << static_cast<uint32_t>(rect.top);
+        Left = std::min(Left, rect.left);
+        Right = std::max(Right, rect.right);
+    }
+
+    /// Calls visit(first row, count) for each run of rows.
+    template <class Visit>
+    void ForRuns(Visit visit) const {
+        int32_t row = 0;
+        for (uint32_t rest = Rows; rest != 0;) {
+            const int32_t empty = std::countr_zero(rest);
+            rest >>= static_cast<uint32_t>(empty);
+            const int32_t count = std::countr_one(rest);
+            visit(row + empty, count);
+            row += empty + count;
+            rest = count == 32 ? 0 : rest >> static_cast<uint32_t>(count);
+        }
+    }
+};
+
 /// The planes of one tile while a string is in them. Between strings all is 0.
 class Tile {
 public:
@@ -93,15 +123,23 @@ public:
     /// Draws the string's layers that lie here, composites them, and leaves the planes 0.
     void Show(const TiledLayers& string, size_t index, uint32_t* destination) const {
         if (string.IsEmpty(index)) return;
-        const ChannelPlanes planes = Draw(string, index);
+        TouchedPart touched;
+        const ChannelPlanes planes = Draw(string, index, touched);
         const auto finish = HasAlpha() ? BestChannelKernels().FinishPremultiplied : BestChannelKernels().FinishStraight;
-        finish(destination + FirstPixel(), title_.Settings.Width, planes, Rows(), Columns());
+        const std::ptrdiff_t pitch = title_.Settings.Width;
+        const int32_t left = touched.Left / kPixelPadding * kPixelPadding,
+                      columns =
+                          std::min(Columns(), touched.Right + kPixelPadding) - left;  // whole vectors, if they fit
+        touched.ForRuns([&](int32_t row, int32_t count) {
+            finish(destination + FirstPixel() + row * pitch + left, pitch, planes.From(row, left), count, columns);
+        });
         ClearOverrun(planes);
     }
 
     /// The same for an image that is also wanted: it becomes all of the tile in `kept`.
     void Keep(const TiledLayers& string, size_t index, uint32_t* destination, uint32_t* kept) const {
-        const ChannelPlanes planes = Draw(string, index);
+        TouchedPart touched;
+        const ChannelPlanes planes = Draw(string, index, touched);
         const std::ptrdiff_t pitch = title_.Settings.Width;
         BestChannelKernels().Merge(kept + FirstPixel(), pitch, planes, Rows(), Columns());
         ClearOverrun(planes);
@@ -119,12 +157,17 @@ private:
     }
     [[nodiscard]] bool HasAlpha() const { return title_.Settings.DestinationAlpha != 0; }
 
-    [[nodiscard]] ChannelPlanes Draw(const TiledLayers& string, size_t index) const {
+    [[nodiscard]] ChannelPlanes Draw(const TiledLayers& string, size_t index, TouchedPart& touched) const {
         const auto plane = [&](PlaneIndex i) {
             return ChannelPlane{numbers_ + i * kPlanePitch, kPitch, kChannelPitch, string.ColorsOf(i)};
         };
         const ChannelPlanes planes{plane(kFacePlane), plane(kBorderPlane), plane(kShadowPlane)};
-        string.ForTile(index, [&](const PlaneLayer& layer) { DrawLayer({plane(layer.Plane), rect_}, layer.Layer); });
+        string.ForTile(index, [&](const PlaneLayer& layer) {
+            DrawLayer({plane(layer.Plane), rect_}, layer.Layer);
+            const TitleRect here = Intersection(layer.Layer.Rect, rect_);
+            touched.Add(
+                {here.left - rect_.left, here.top - rect_.top, here.right - rect_.left, here.bottom - rect_.top});
+        });
         return planes;
     }
 

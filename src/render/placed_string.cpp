@@ -140,8 +140,9 @@ void PlacedString::DrawLayers(const GlyphLayers& layers, const CharPlacement& pl
 
 void PlacedString::MarkDirty(const GlyphLayers& layers, const CharPlacement& placement) {
     for (const GlyphBitmap* layer : {&layers.Shadow, &layers.Border, &layers.Face}) {
-        if (layer->IsAbsent()) continue;
-        const TitleRect touched = Touched(placement.X + layer->X, placement.Y + layer->Y, *layer);
+        const float x = placement.X + layer->X, y = placement.Y + layer->Y;
+        if (layer->IsAbsent() || !MayTouch(*layer, x, y, clip_)) continue;
+        const TitleRect touched = Touched(x, y, *layer);
         string_.DirtyRect = Union(string_.DirtyRect, Intersection(touched, clip_));
     }
 }

@@ -123,10 +123,19 @@ void DrawLayer(const PlaneView& plane, const PlacedLayer& layer, const RowKernel
 
 }  // namespace
 
+bool MayTouch(const GlyphBitmap& bitmap, float x, float y, const TitleRect& limit) {
+    // As doubles, in which the limits are exact and sums of a float do not lose the margin of 2.
+    const auto mayTouch = [](float at, int32_t length, int32_t first, int32_t end) {
+        const double start = static_cast<double>(at);
+        return start - 2 < end && start + length + 2 > first;
+    };
+    return mayTouch(x, bitmap.Width, limit.left, limit.right) && mayTouch(y, bitmap.Height, limit.top, limit.bottom);
+}
+
 std::optional<PlacedLayer> PlaceLayer(const GlyphBitmap& bitmap, float x, float y, uint32_t alpha,
                                       const TitleRect& limit) {
     if (bitmap.IsAbsent() || bitmap.Width < 1 || bitmap.Height < 1 || alpha < 1) return std::nullopt;
-    if (!std::isfinite(x) || !std::isfinite(y)) return std::nullopt;
+    if (!std::isfinite(x) || !std::isfinite(y) || !MayTouch(bitmap, x, y, limit)) return std::nullopt;
     const Placement px(x, bitmap.Width), py(y, bitmap.Height);
     const int64_t left = std::max<int64_t>(px.First, limit.left), right = std::min<int64_t>(px.End, limit.right);
     const int64_t top = std::max<int64_t>(py.First, limit.top), bottom = std::min<int64_t>(py.End, limit.bottom);

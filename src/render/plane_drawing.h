@@ -36,6 +36,10 @@ struct PlacedLayer {
     uint32_t Alpha;               ///< 1 to 255.
 };
 
+/// False for a bitmap at (x, y), finite frame pixels, that is not within `limit` by more than a pixel: a quick look for
+/// the many characters of a long title that are out of the frame.
+[[nodiscard]] bool MayTouch(const GlyphBitmap& bitmap, float x, float y, const TitleRect& limit);
+
 /// Places `bitmap` at (x, y), frame pixels, which need not be whole, within `limit`. Nothing for one that is absent,
 /// not seen, or not within. Alpha is 0 to 255.
 ///
