@@ -113,8 +113,8 @@ struct MergedColor {
 /// How a row of three planes becomes pixels: the colours that have to be worked out, each once.
 class MergePlan {
 public:
-    explicit MergePlan(const ChannelPlanes& row) {
-        for (const ChannelPlane* plane : {&row.Face, &row.Border, &row.Shadow}) {
+    explicit MergePlan(const ChannelPlanes& planes) : pitch_(planes.Face.Pitch) {
+        for (const ChannelPlane* plane : {&planes.Face, &planes.Border, &planes.Shadow}) {
             for (size_t stored = 0; stored <= plane->Colors.Count; ++stored)
                 used_[usedCount_++] = plane->Alpha + static_cast<std::ptrdiff_t>(stored) * plane->ChannelPitch;
         }
@@ -122,11 +122,21 @@ public:
             const auto from = [&](const ChannelPlane& plane) {
                 return plane.Colors.Of[c] == StoredColors::kNone ? kZeros.data() : plane.Color(plane.Colors.Of[c]);
             };
-            const MergedColor color{from(row.Face), from(row.Border), from(row.Shadow)};
+            const MergedColor color{from(planes.Face), from(planes.Border), from(planes.Shadow)};
             size_t same = 0;
             while (same < Count && Colors[same] != color) ++same;
             if (same == Count) Colors[Count++] = color;
             Of[c] = same;
+        }
+    }
+
+    /// Goes on to the next row.
+    void Advance() {
+        for (size_t i = 0; i < usedCount_; ++i) used_[i] += pitch_;
+        for (size_t c = 0; c < Count; ++c) {
+            for (const uint16_t** const row : {&Colors[c].Face, &Colors[c].Border, &Colors[c].Shadow}) {
+                if (*row != kZeros.data()) *row += pitch_;
+            }
         }
     }
 
@@ -142,6 +152,7 @@ public:
 private:
     static constexpr std::array<uint16_t, kTileColumns + kPixelPadding> kZeros{};
 
+    std::ptrdiff_t pitch_;
     std::array<uint16_t*, 12> used_{};
     size_t usedCount_ = 0;
 };
@@ -200,43 +211,63 @@ struct PixelPair {
     Pixels First, Second;
 };
 
+/// Interleaving works in blocks of 128 bits: the lower halves of all blocks, then the upper ones, become pixels in
+/// their order.
+HWY_INLINE PixelPair InOrder(Halves lower, Halves upper) {
+    const Pixels l = hn::BitCast(kLanes32, lower), u = hn::BitCast(kLanes32, upper);
+#if HWY_MAX_BYTES == 16
+    return {l, u};
+#else
+    const Pixels first = hn::ConcatLowerLower(kLanes32, u, l), second = hn::ConcatUpperUpper(kLanes32, u, l);
+#if HWY_MAX_BYTES == 32
+    return {first, second};
+#else
+    const hn::Repartition<uint64_t, Lanes32> d64;
+    HWY_ALIGN static constexpr uint64_t kOrder[] = {0, 1, 4, 5, 2, 3, 6, 7};
+    const auto ordered = [&](Pixels pixels) HWY_ATTR {
+        return hn::BitCast(kLanes32, hn::TableLookupLanes(hn::BitCast(d64, pixels), hn::SetTableIndices(d64, kOrder)));
+    };
+    return {ordered(first), ordered(second)};
+#endif
+#endif
+}
+
 template <class Order>
 HWY_INLINE PixelPair PixelsOf(const MergedLanes<Order::kColors>& merged) {
     const Halves low = hn::Or(merged.Colors[0], hn::ShiftLeft<8>(merged.Colors[Order::kGreen])),
                  high = hn::Or(merged.Colors[Order::kRed], hn::ShiftLeft<8>(merged.Alpha));
-    const auto pixels = [](auto blueGreen, auto redAlpha) HWY_ATTR {
-        return hn::Or(hn::PromoteTo(kLanes32, blueGreen), hn::ShiftLeft<16>(hn::PromoteTo(kLanes32, redAlpha)));
-    };
-    const hn::Half<Lanes16> half;
-    return {pixels(hn::LowerHalf(low), hn::LowerHalf(high)),
-            pixels(hn::UpperHalf(half, low), hn::UpperHalf(half, high))};
+    return InOrder(hn::InterleaveLower(kLanes16, low, high), hn::InterleaveUpper(kLanes16, low, high));
 }
 
-/// Replaces pixels by what sink(merged, those below) makes of them, two vectors at a time; the last ones in vectors
-/// beside.
+/// Replaces pixels by what sink(merged, those below) makes of them, two vectors at a time.
 template <class Sink>
-HWY_INLINE void Write(uint32_t* out, const PixelPair& merged, int32_t count, Sink sink) {
-    const auto lanes = static_cast<int32_t>(hn::Lanes(kLanes32));
-    if (count >= 2 * lanes) {
-        const PixelPair pixels = sink(merged, {hn::LoadU(kLanes32, out), hn::LoadU(kLanes32, out + lanes)});
-        hn::StoreU(pixels.First, kLanes32, out);
-        hn::StoreU(pixels.Second, kLanes32, out + lanes);
-        return;
-    }
-    HWY_ALIGN uint32_t rest[2 * hn::MaxLanes(Lanes32())] = {};
-    std::copy_n(out, count, rest);
-    Write(rest, merged, 2 * lanes, sink);
-    std::copy_n(rest, count, out);
+HWY_INLINE void Write(uint32_t* out, const PixelPair& merged, Sink sink) {
+    const size_t lanes = hn::Lanes(kLanes32);
+    const PixelPair pixels = sink(merged, {hn::LoadU(kLanes32, out), hn::LoadU(kLanes32, out + lanes)});
+    hn::StoreU(pixels.First, kLanes32, out);
+    hn::StoreU(pixels.Second, kLanes32, out + lanes);
 }
 
-/// Merges a row of the planes into the pixels of `image`, wherever it holds something, and leaves it 0.
+/// The same for less than two vectors.
+template <class Sink>
+HWY_NOINLINE void WriteFew(uint32_t* out, const PixelPair& merged, size_t count, Sink sink) {
+    HWY_ALIGN uint32_t few[2 * hn::MaxLanes(Lanes32())] = {};
+    std::copy_n(out, count, few);
+    Write(few, merged, sink);
+    std::copy_n(few, count, out);
+}
+
+/// Merges a row of the planes into the pixels of `image`, wherever it holds something, and leaves it 0. The last vector
+/// reaches back over what is done: that is 0 by then, and 0 changes nothing.
 template <class Order, class Sink>
 HWY_NOINLINE void MergeRow(uint32_t* image, const ChannelPlanes& row, const MergePlan& plan, int32_t count, Sink sink) {
     constexpr size_t kColors = Order::kColors;
     const auto lanes = static_cast<int32_t>(hn::Lanes(kLanes16));
     const std::array<MergedColor, 3> colors = plan.Colors;
     const uint16_t *const face = row.Face.Alpha, *const border = row.Border.Alpha, *const shadow = row.Shadow.Alpha;
-    for (int32_t x = 0; x < count; x += lanes) {
+    const int32_t last = std::max(count - lanes, 0);
+    for (int32_t next = 0; next < count; next += lanes) {
+        const int32_t x = std::min(next, last);
         const Halves fa = hn::LoadU(kLanes16, face + x), ba = hn::LoadU(kLanes16, border + x),
                      sa = hn::LoadU(kLanes16, shadow + x);
         if (IsAllZero(hn::BitCast(kLanes32, hn::Or(fa, hn::Or(ba, sa))))) continue;
@@ -246,25 +277,30 @@ HWY_NOINLINE void MergeRow(uint32_t* image, const ChannelPlanes& row, const Merg
         for (size_t c = 0; c < kColors; ++c)
             merged.Colors[c] = hn::Add(merged.Colors[c], TimesOver255(hn::LoadU(kLanes16, colors[c].Shadow + x), left));
         plan.Clear(x);
-        Write(image + x, PixelsOf<Order>(merged), count - x, sink);
+        if (count < lanes) return WriteFew(image, PixelsOf<Order>(merged), static_cast<size_t>(count), sink);
+        Write(image + x, PixelsOf<Order>(merged), sink);
     }
 }
 
+template <class Order, class Sink>
+void MergeRows(uint32_t* image, std::ptrdiff_t pitch, const ChannelPlanes& planes, MergePlan& plan, int32_t rows,
+               int32_t count, Sink sink) {
+    for (int32_t y = 0; y < rows; ++y, image += pitch, plan.Advance())
+        MergeRow<Order>(image, planes.From(y, 0), plan, count, sink);
+}
+
 template <class Sink>
-HWY_INLINE void MergeInto(uint32_t* image, std::ptrdiff_t pitch, const ChannelPlanes& planes, int32_t rows,
-                          int32_t count, Sink sink) {
-    for (int32_t y = 0; y < rows; ++y, image += pitch) {
-        const ChannelPlanes row = planes.From(y, 0);
-        const MergePlan plan(row);
-        const auto merge = [&](auto order) { MergeRow<decltype(order)>(image, row, plan, count, sink); };
-        const size_t green = plan.Of[1], red = plan.Of[2];
-        if (green == 0) {
-            red == 0 ? merge(ColorOrder<0, 0>()) : merge(ColorOrder<0, 1>());
-        } else if (red == 0) {
-            merge(ColorOrder<1, 0>());
-        } else {
-            red == 1 ? merge(ColorOrder<1, 1>()) : merge(ColorOrder<1, 2>());
-        }
+void MergeInto(uint32_t* image, std::ptrdiff_t pitch, const ChannelPlanes& planes, int32_t rows, int32_t count,
+               Sink sink) {
+    MergePlan plan(planes);
+    const auto merge = [&](auto order) { MergeRows<decltype(order)>(image, pitch, planes, plan, rows, count, sink); };
+    const size_t green = plan.Of[1], red = plan.Of[2];
+    if (green == 0) {
+        red == 0 ? merge(ColorOrder<0, 0>()) : merge(ColorOrder<0, 1>());
+    } else if (red == 0) {
+        merge(ColorOrder<1, 0>());
+    } else {
+        red == 1 ? merge(ColorOrder<1, 1>()) : merge(ColorOrder<1, 2>());
     }
 }
 
@@ -290,8 +326,9 @@ void FinishPremultiplied(uint32_t* destination, std::ptrdiff_t pitch, const Chan
 
 void Merge(uint32_t* image, std::ptrdiff_t pitch, const ChannelPlanes& planes, int32_t rows, int32_t count) {
     for (int32_t y = 0; y < rows; ++y) std::fill_n(image + y * pitch, count, 0U);
-    MergeInto(image, pitch, planes, rows, count,
-              [](const PixelPair& merged, const PixelPair& /*below*/) HWY_ATTR { return merged; });
+    MergeInto(image, pitch, planes, rows, count, [](const PixelPair& merged, const PixelPair& below) HWY_ATTR {
+        return PixelPair{hn::Or(merged.First, below.First), hn::Or(merged.Second, below.Second)};
+    });
 }
 
 const ChannelKernels* Channels() {
