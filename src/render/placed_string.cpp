@@ -63,8 +63,19 @@ void PlacedString::PlacePass(int32_t pass) {
         CharPlacement placement = PlacementOf(title_, string_, pass, i);
         const bool isTransformed = IsTransformed(title_, placement);
         Turn(string_, placement);
-        if (IsSeen(placement)) placed_.push_back({i, placement, isTransformed, {}});
+        if (!IsSeen(placement)) continue;
+        if (!isTransformed && IsOutside(At(string_.GlyphLayersList, i), placement)) continue;
+        placed_.push_back({i, placement, isTransformed, {}});
     }
+}
+
+bool PlacedString::IsOutside(GlyphLayers& layers, const CharPlacement& placement) const {
+    for (const GlyphBitmap* layer : {&layers.Shadow, &layers.Border, &layers.Face}) {
+        if (layer->IsAbsent()) continue;
+        if (MayTouch(*layer, placement.X + layer->X, placement.Y + layer->Y, clip_)) return false;
+    }
+    for (GlyphBitmap* layer : {&layers.Shadow, &layers.Border, &layers.Face}) layer->Still.Forget();
+    return true;
 }
 
 void PlacedString::CollectBuilds(std::vector<LayerBuild>& builds) {

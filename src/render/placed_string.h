@@ -55,6 +55,8 @@ public:
     [[nodiscard]] MetaString& String() const { return string_; }
 
 private:
+    /// Whether a character of a long title is out of the frame; it keeps nothing for it then.
+    [[nodiscard]] bool IsOutside(GlyphLayers& layers, const CharPlacement& placement) const;
     [[nodiscard]] LayerBuild BuildOf(PlacedCharacter& placed) const;
     [[nodiscard]] const GlyphLayers& LayersOf(const PlacedCharacter& placed) const;
     [[nodiscard]] GlyphLayers& LayersOf(PlacedCharacter& placed);
