@@ -37,7 +37,7 @@ public:
                 free_.pop_back();
             }
         }
-        block.resize(numbers);
+        if (block.size() < numbers) block.resize(numbers);
         return {*this, std::move(block)};
     }
 

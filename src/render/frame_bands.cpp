@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 #include "paths/path_manager.h"
 #include "render/rect.h"
@@ -116,9 +117,13 @@ public:
     Tile(const FrameTitle& title, const TitleRect& rect, uint16_t* numbers)
         : title_(title), rect_(rect), numbers_(numbers) {}
 
-    static constexpr std::ptrdiff_t kPitch = kTileColumns + kPixelPadding, kChannelPitch = kPitch * kBandRows,
-                                    kPlanePitch = kChannelPitch * 4;
-    static constexpr size_t kNumbers = size_t{kPlanePitch} * kPlaneCount;
+    /// Of all planes of a string.
+    static size_t NumbersOf(const TiledLayers& string) {
+        size_t channels = 0;
+        for (const PlaneIndex plane : {kFacePlane, kBorderPlane, kShadowPlane})
+            channels += size_t{string.ColorsOf(plane).Count} + 1;
+        return channels * size_t{kChannelPitch};
+    }
 
     /// Draws the string's layers that lie here, composites them, and leaves the planes 0.
     void Show(const TiledLayers& string, size_t index, uint32_t* destination) const {
@@ -158,17 +163,24 @@ private:
     [[nodiscard]] bool HasAlpha() const { return title_.Settings.DestinationAlpha != 0; }
 
     [[nodiscard]] ChannelPlanes Draw(const TiledLayers& string, size_t index, TouchedPart& touched) const {
+        uint16_t* next = numbers_;
         const auto plane = [&](PlaneIndex i) {
-            return ChannelPlane{numbers_ + i * kPlanePitch, kPitch, kChannelPitch, string.ColorsOf(i)};
+            const StoredColors& colors = string.ColorsOf(i);
+            return ChannelPlane{std::exchange(next, next + (colors.Count + 1) * kChannelPitch), kPitch, kChannelPitch,
+                                colors};
         };
         const ChannelPlanes planes{plane(kFacePlane), plane(kBorderPlane), plane(kShadowPlane)};
         string.ForTile(index, [&](const PlaneLayer& layer) {
-            DrawLayer({plane(layer.Plane), rect_}, layer.Layer);
+            DrawLayer({PlaneOf(planes, layer.Plane), rect_}, layer.Layer);
             const TitleRect here = Intersection(layer.Layer.Rect, rect_);
             touched.Add(
                 {here.left - rect_.left, here.top - rect_.top, here.right - rect_.left, here.bottom - rect_.top});
         });
         return planes;
+    }
+
+    static const ChannelPlane& PlaneOf(const ChannelPlanes& planes, PlaneIndex plane) {
+        return plane == kFacePlane ? planes.Face : plane == kBorderPlane ? planes.Border : planes.Shadow;
     }
 
     /// In a tile that is not full, what was written behind its rows lies where the next one has pixels.
@@ -183,6 +195,8 @@ private:
         }
     }
 
+    static constexpr std::ptrdiff_t kPitch = kTileColumns + kPixelPadding, kChannelPitch = kPitch * kBandRows;
+
     const FrameTitle& title_;
     TitleRect rect_;
     uint16_t* numbers_;
@@ -196,13 +210,19 @@ public:
         : title_(title), grid_(grid), strings_(strings), destination_(destination), kept_(kept) {}
 
     void Draw(const TitleRect& band, int32_t row) const {
-        BandPlanes::Loan planes = title_.Cache.Planes.Borrow(Tile::kNumbers);
+        BandPlanes::Loan planes = title_.Cache.Planes.Borrow(MostNumbers());
         for (int32_t column = 0; column < grid_.Columns(); ++column) {
             DrawTile(grid_.Tile(band, column), grid_.IndexOf(row, column), planes.Numbers());
         }
     }
 
 private:
+    [[nodiscard]] size_t MostNumbers() const {
+        size_t most = 0;
+        for (const TiledLayers& string : strings_) most = std::max(most, Tile::NumbersOf(string));
+        return most;
+    }
+
     void DrawTile(const TitleRect& rect, size_t index, uint16_t* planes) const {
         const Tile tile(title_, rect, planes);
         const bool hasAlpha = title_.Settings.DestinationAlpha != 0;
