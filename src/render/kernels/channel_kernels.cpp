@@ -184,18 +184,18 @@ HWY_INLINE MergedLanes<kColors> FaceOverBorderLanes(const std::array<MergedColor
     const auto face = [&](size_t c) HWY_ATTR { return hn::LoadU(kLanes16, colors[c].Face + x); };
     const auto border = [&](size_t c) HWY_ATTR { return hn::LoadU(kLanes16, colors[c].Border + x); };
     const Halves zero = hn::Zero(kLanes16), full = hn::Set(kLanes16, 255);
-    const auto isFull = hn::Eq(fa, full);
-    const auto isSimple = hn::Or(isFull, hn::Or(hn::Eq(fa, zero), hn::Eq(ba, zero)));
+    const auto isOne = hn::Or(hn::Eq(fa, zero), hn::Eq(ba, zero));
     MergedLanes<kColors> merged;
     merged.Alpha = hn::Min(hn::Add(fa, ba), full);
-    for (size_t c = 0; c < kColors; ++c)
-        merged.Colors[c] = hn::IfThenElse(isFull, face(c), hn::Add(face(c), border(c)));
-    if (hn::AllTrue(kLanes16, isSimple)) return merged;
+    for (size_t c = 0; c < kColors; ++c) merged.Colors[c] = hn::Add(face(c), border(c));
+    if (hn::AllTrue(kLanes16, isOne)) return merged;
+    const auto isFull = hn::Eq(fa, full);
     const Halves left = hn::Sub(hn::Set(kLanes16, 256), fa);
     const Divider byBorderAlpha = DividerBy(ba);
     for (size_t c = 0; c < kColors; ++c) {
         const Halves sum = hn::Add(face(c), byBorderAlpha(hn::Mul(left, border(c))));
-        merged.Colors[c] = hn::IfThenElse(isSimple, merged.Colors[c], hn::ShiftRight<8>(hn::Mul(sum, merged.Alpha)));
+        const Halves mixed = hn::ShiftRight<8>(hn::Mul(sum, merged.Alpha));
+        merged.Colors[c] = hn::IfThenElse(isOne, merged.Colors[c], hn::IfThenElse(isFull, face(c), mixed));
     }
     return merged;
 }
