@@ -191,11 +191,22 @@ HWY_INLINE MergedLanes<kColors> FaceOverBorderLanes(const std::array<MergedColor
     if (hn::AllTrue(kLanes16, isOne)) return merged;
     const auto isFull = hn::Eq(fa, full);
     const Halves left = hn::Sub(hn::Set(kLanes16, 256), fa);
-    const Divider byBorderAlpha = DividerBy(ba);
-    for (size_t c = 0; c < kColors; ++c) {
-        const Halves sum = hn::Add(face(c), byBorderAlpha(hn::Mul(left, border(c))));
-        const Halves mixed = hn::ShiftRight<8>(hn::Mul(sum, merged.Alpha));
-        merged.Colors[c] = hn::IfThenElse(isOne, merged.Colors[c], hn::IfThenElse(isFull, face(c), mixed));
+    const auto mix = [&](auto quotient) HWY_ATTR {
+        for (size_t c = 0; c < kColors; ++c) {
+            const Halves mixed = hn::ShiftRight<8>(hn::Mul(hn::Add(face(c), quotient(border(c))), merged.Alpha));
+            merged.Colors[c] = hn::IfThenElse(isOne, merged.Colors[c], hn::IfThenElse(isFull, face(c), mixed));
+        }
+    };
+    // What is left of the border is left / its alpha of each channel: of one that is 0 nothing, of one that is that
+    // alpha just as much. Pure colours, black above all, need no division.
+    const auto isPureAt = [&](size_t c) HWY_ATTR { return hn::Or(hn::Eq(border(c), ba), hn::Eq(border(c), zero)); };
+    auto isPure = isPureAt(0);
+    for (size_t c = 1; c < kColors; ++c) isPure = hn::And(isPure, isPureAt(c));
+    if (hn::AllTrue(kLanes16, hn::Or(isOne, isPure))) {
+        mix([&](Halves channel) HWY_ATTR { return hn::IfThenZeroElse(hn::Eq(channel, zero), left); });
+    } else {
+        const Divider byBorderAlpha = DividerBy(ba);
+        mix([&](Halves channel) HWY_ATTR { return byBorderAlpha(hn::Mul(left, channel)); });
     }
     return merged;
 }
@@ -265,6 +276,7 @@ HWY_NOINLINE void MergeRow(uint32_t* image, const ChannelPlanes& row, const Merg
     const auto lanes = static_cast<int32_t>(hn::Lanes(kLanes16));
     const std::array<MergedColor, 3> colors = plan.Colors;
     const uint16_t *const face = row.Face.Alpha, *const border = row.Border.Alpha, *const shadow = row.Shadow.Alpha;
+    const bool isBlackShadow = row.Shadow.Colors.Count == 0;
     const int32_t last = std::max(count - lanes, 0);
     for (int32_t next = 0; next < count; next += lanes) {
         const int32_t x = std::min(next, last);
@@ -274,8 +286,12 @@ HWY_NOINLINE void MergeRow(uint32_t* image, const ChannelPlanes& row, const Merg
         MergedLanes<kColors> merged = FaceOverBorderLanes<kColors>(colors, x, fa, ba);
         const Halves left = hn::Sub(hn::Set(kLanes16, 255), merged.Alpha);
         merged.Alpha = hn::Add(merged.Alpha, TimesOver255(sa, left));
-        for (size_t c = 0; c < kColors; ++c)
-            merged.Colors[c] = hn::Add(merged.Colors[c], TimesOver255(hn::LoadU(kLanes16, colors[c].Shadow + x), left));
+        if (!isBlackShadow) {
+            for (size_t c = 0; c < kColors; ++c) {
+                const Halves below = hn::LoadU(kLanes16, colors[c].Shadow + x);
+                merged.Colors[c] = hn::Add(merged.Colors[c], TimesOver255(below, left));
+            }
+        }
         plan.Clear(x);
         if (count < lanes) return WriteFew(image, PixelsOf<Order>(merged), static_cast<size_t>(count), sink);
         Write(image + x, PixelsOf<Order>(merged), sink);
