@@ -1,5 +1,5 @@
-// A frame drawn band by band: all planes of a few rows are drawn, merged and composited before the next rows are looked
-// at, so that they stay in the processor's cache, and a plane is never larger than a band.
+// A frame drawn tile by tile, in bands of rows: all planes of a tile are drawn, merged and composited before the next
+// one is looked at, so that they stay in the processor's cache, and a plane is never larger than a tile.
 #pragma once
 
 #include "render/placed_string.h"

@@ -9,7 +9,7 @@
 
 namespace captionfx {
 
-inline constexpr int32_t kBandRows = 24;
+inline constexpr int32_t kBandRows = 24;  // few enough for a core's cache, enough for a task to be worth its wait
 
 /// Shares tasks between the calling thread and the workers of a pool. Workers take the next task as they come free, so
 /// that a batch costs one job a worker, however many tasks it has. With one thread all tasks run here, in order.

@@ -150,7 +150,7 @@ void LoadSquare(const BlurJob& job, int32_t left, int32_t top, uint16_t* strip) 
     const uint8_t* const pixels = job.Coverage + top * job.Pitch + left;
     if (columns == kSquare && rows == kSquare) return TurnSquare(pixels, job.Pitch, strip);
     HWY_ALIGN uint8_t part[kSquare * kSquare] = {};
-    for (int32_t y = 0; y < rows; ++y) std::copy_n(pixels + y * job.Pitch, columns, part + y * kSquare);
+    for (int32_t y = 0; y < rows; ++y) std::copy_n(pixels + y * job.Pitch, columns, part + ptrdiff_t{y} * kSquare);
     TurnSquare(part, kSquare, strip);
 }
 

@@ -27,8 +27,9 @@ const ChannelKernels* Channels() {
 
 #else
 
-/// What becomes of `channel` where coverage `a` is laid over it: see PlacedOver. With colours at most their alpha no
-/// sum exceeds 255, and alpha, as 255 less what is left of 255 less it, is a sum that is cut once.
+// PlacedOver, channel by channel, where coverage a is laid over a plane: `left` is 256 - a, `weight` is a + 1. Alpha,
+// there 255 less what is left of 255 less it, is a sum that is cut once. No colour is above its alpha, so that no sum
+// exceeds 255.
 HWY_INLINE void PlaceAlpha(uint16_t* alpha, Halves left, Halves weight) {
     const Halves full = hn::Sub(hn::ShiftLeft<8>(weight), weight);
     hn::StoreU(hn::ShiftRight<8>(hn::Add(hn::Mul(hn::LoadU(kLanes16, alpha), left), full)), kLanes16, alpha);

@@ -9,7 +9,8 @@
 
 namespace captionfx {
 
-/// Planes have kPixelPadding numbers behind each row that may be read, and overwritten with anything.
+/// Planes have kTileColumns columns at most, and behind each row kPixelPadding numbers that may be read, and
+/// overwritten with anything.
 struct ChannelKernels {
     /// Places rows of a layer whose colour the plane was laid out for. May write behind rows.Right.
     void (*Place)(const ChannelPlane& plane, const CoverageRows& rows, const CoveragePlacement& placement);

@@ -9,7 +9,8 @@
 
 namespace captionfx {
 
-/// Columns of a tile at most; planes have room for kPixelPadding more.
+/// Columns of a tile at most; planes have room for kPixelPadding more. Narrow tiles would cut more letters in two, wide
+/// ones would not stay in a core's cache.
 inline constexpr int32_t kTileColumns = 512;
 
 /// Which colour channels of a plane are stored, once each: titles are mostly white, black, gray or of a pure colour,

@@ -128,7 +128,7 @@ ColumnSpan FindSpan(const uint8_t* row, int32_t width) {
     first += std::countr_zero(filled);
     int32_t last = width - lanes;
     while ((filled = FilledLanes(d, row + last)) == 0) last -= lanes;
-    return {first, last + std::bit_width(filled)};
+    return {first, last + static_cast<int32_t>(std::bit_width(filled))};
 }
 
 const MaskKernels* Masks() {
