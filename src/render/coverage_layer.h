@@ -32,15 +32,19 @@ public:
     [[nodiscard]] const uint8_t* Row(int32_t y) const { return bytes_.data() + OffsetOf(y); }
     [[nodiscard]] uint8_t* Row(int32_t y) { return bytes_.data() + OffsetOf(y); }
 
-    /// Notes what each row holds; to be called once the bytes are done.
+    /// Notes where there is something; to be called once the bytes are done.
     void FindSpans();
 
-    /// Of row -1 to Height().
-    [[nodiscard]] const ColumnSpan* Spans(int32_t y) const { return spans_.data() + y + 1; }
+    /// What of row y is not 0, looked for now.
+    [[nodiscard]] ColumnSpan Filled(int32_t y) const;
+
+    /// Where a layer that lies between pixels has something: of pixel row y, which is made of the rows y - 1 and y, the
+    /// columns that a sample of them, or one on their left, makes more than 0. y is 0 to Height().
+    [[nodiscard]] const ColumnSpan* PlacedSpans(int32_t y) const { return placedSpans_.data() + y; }
 
     /// Bytes of memory that it takes.
     [[nodiscard]] size_t Size() const {
-        return sizeof *this + bytes_.capacity() + spans_.capacity() * sizeof(ColumnSpan);
+        return sizeof *this + bytes_.capacity() + placedSpans_.capacity() * sizeof(ColumnSpan);
     }
 
 private:
@@ -48,7 +52,7 @@ private:
 
     int32_t width_, height_;
     std::vector<uint8_t> bytes_;
-    std::vector<ColumnSpan> spans_;
+    std::vector<ColumnSpan> placedSpans_;
 };
 
 }  // namespace captionfx

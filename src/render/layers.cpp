@@ -237,10 +237,10 @@ void StampCoverage(CoverageLayer& coverage, const CoverageMask& mask, float x, f
     }
 }
 
-/// Whether a mask with spans has something in its outer `margin` rows and columns.
+/// Whether a mask has something in its outer `margin` rows and columns.
 bool ReachesMargin(const CoverageLayer& coverage, int32_t margin) {
     for (int32_t y = 0; y < coverage.Height(); ++y) {
-        const ColumnSpan span = *coverage.Spans(y);
+        const ColumnSpan span = coverage.Filled(y);
         if (span.First == span.End) continue;
         const bool isInside = y >= margin && y < coverage.Height() - margin && span.First >= margin &&
                               span.End <= coverage.Width() - margin;
@@ -256,10 +256,7 @@ bool BuildShadowCoverage(const LayerSettings& settings, GlyphBitmap& layer, cons
     auto coverage = AllocateCoverage(layer, shape.Width, shape.Height);
     if (!coverage) return false;
     shape.Stamp([&](float x, float y) { StampCoverage(*coverage, source, x, y, fill.Alpha); });
-    if (soft.Margin > 0 && !shape.IsOneStamp()) {
-        coverage->FindSpans();
-        if (ReachesMargin(*coverage, soft.Margin)) return false;
-    }
+    if (soft.Margin > 0 && !shape.IsOneStamp() && ReachesMargin(*coverage, soft.Margin)) return false;
     Finish(settings, layer, std::move(coverage), fill.Color1, soft.Radius);
     return true;
 }

@@ -93,7 +93,7 @@ CoverageRows RowsOf(const PlacedLayer& layer, const TitleRect& rect, int32_t lef
     const CoverageLayer& coverage = *layer.Coverage;
     const auto v = static_cast<int32_t>(rect.top - layer.Row);
     return {.Samples = coverage.Row(v - 1),
-            .Spans = coverage.Spans(v - 1),
+            .Spans = coverage.PlacedSpans(v),
             .Pitch = coverage.Pitch(),
             .Count = rect.bottom - rect.top,
             .Left = static_cast<int32_t>(rect.left - layer.Column),
@@ -175,7 +175,7 @@ std::shared_ptr<const CoverageLayer> ResampledCoverage(const PlacedLayer& layer)
     placement.Alpha = 255;
     BestChannelKernels().Resample(pixels->Row(0), pixels->Pitch(),
                                   {.Samples = samples.Row(-1),
-                                   .Spans = samples.Spans(-1),
+                                   .Spans = samples.PlacedSpans(0),
                                    .Pitch = samples.Pitch(),
                                    .Count = pixels->Height(),
                                    .Left = 0,

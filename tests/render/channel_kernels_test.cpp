@@ -102,7 +102,7 @@ TEST(ChannelKernelsTest, PlacementsAreThoseOfPixels) {
         // Somewhere in the tile, or cut by one of its sides.
         const int32_t column = round % 3 == 0 ? -width / 2 : kTileColumns - 1 - round % 90;
         const CoverageRows rows{.Samples = layer.Row(-1),
-                                .Spans = layer.Spans(-1),
+                                .Spans = layer.PlacedSpans(0),
                                 .Pitch = layer.Pitch(),
                                 .Count = kRows,
                                 .Left = std::max(0, -column),

@@ -71,7 +71,7 @@ TEST(RowKernelsTest, PlacementsAreThePlainOnes) {
         const int32_t left = isWhole ? 0 : round % width, right = isWhole ? width + 1 : left + (width + 1 - left) / 2;
         const auto pitch = static_cast<std::ptrdiff_t>(width) + 1 + kPadding;
         const CoverageRows rows{.Samples = layer.Row(-1),
-                                .Spans = layer.Spans(-1),
+                                .Spans = layer.PlacedSpans(0),
                                 .Pitch = layer.Pitch(),
                                 .Count = height + 1,
                                 .Left = left,

@@ -94,13 +94,9 @@ template <class Use>
 HWY_INLINE void ForFilledRows(const CoverageRows& rows, Use use) {
     const uint8_t* upper = rows.Samples;
     for (int32_t v = 0; v < rows.Count; ++v, upper += rows.Pitch) {
-        const ColumnSpan above = rows.Spans[v], here = rows.Spans[v + 1];
-        if (above.First == above.End && here.First == here.End) continue;
-        // An empty span begins and ends at 0, which is no bound for the other one.
-        const int32_t first = above.First == above.End ? here.First
-                              : here.First == here.End ? above.First
-                                                       : std::min(above.First, here.First);
-        use(v, upper, std::max(rows.Left, first), std::min(rows.Right, std::max(above.End, here.End) + 1));
+        const ColumnSpan span = rows.Spans[v];
+        if (span.First == span.End) continue;
+        use(v, upper, std::max(rows.Left, span.First), std::min(rows.Right, span.End));
     }
 }
 

@@ -24,7 +24,7 @@ struct CoveragePlacement {
 /// and u of the layer's rows v - 1 and v.
 struct CoverageRows {
     const uint8_t* Samples;   ///< Row v - 1 of the first row, sample 0.
-    const ColumnSpan* Spans;  ///< Of that row and those below it.
+    const ColumnSpan* Spans;  ///< CoverageLayer::PlacedSpans of the rows.
     size_t Pitch;
     int32_t Count;          ///< Of the plane's rows.
     int32_t Left, Right;    ///< The columns u to be drawn; Right excluded, at most the layer's width and 1.
