@@ -126,7 +126,7 @@ void DrawLayer(const PlaneView& plane, const PlacedLayer& layer, const RowKernel
 bool MayTouch(const GlyphBitmap& bitmap, float x, float y, const TitleRect& limit) {
     // As doubles, in which the limits are exact and sums of a float do not lose the margin of 2.
     const auto mayTouch = [](float at, int32_t length, int32_t first, int32_t end) {
-        const double start = static_cast<double>(at);
+        const auto start = static_cast<double>(at);
         return start - 2 < end && start + length + 2 > first;
     };
     return mayTouch(x, bitmap.Width, limit.left, limit.right) && mayTouch(y, bitmap.Height, limit.top, limit.bottom);
