@@ -5,7 +5,7 @@
 #include <cstddef>
 
 #include "platform/conversions.h"
-#include "render/kernels/pixel_rules.h"
+#include "render/kernels/pixel_placement.h"
 #include "render/rect.h"
 
 namespace captionfx {
@@ -31,61 +31,16 @@ uint32_t Weight(float product) {
     return static_cast<uint32_t>(static_cast<double>(product) * 65356.0);
 }
 
-/// The mean of a channel over those of four samples that have alpha.
-class ColorMean {
-public:
-    ColorMean(uint32_t s00, uint32_t s10, uint32_t s01, uint32_t s11) : samples_{s00, s10, s01, s11} {
-        for (uint32_t& sample : samples_) {
-            if (AlphaOf(sample) == 0) {
-                sample = 0;
-            } else {
-                ++count_;
-            }
-        }
-    }
-
-    [[nodiscard]] uint32_t operator()(uint32_t shift) const {
-        uint32_t sum = 0;
-        for (const uint32_t sample : samples_) sum += ChannelOf(sample, shift);
-        return count_ == 4 ? sum >> 2U : sum / count_;
-    }
-
-private:
-    uint32_t samples_[4];
-    uint32_t count_ = 0;
-};
-
-uint32_t Placed(uint32_t target, const PlacedLayer& w, uint32_t s00, uint32_t s10, uint32_t s01, uint32_t s11) {
-    const uint32_t coverage =
-        (AlphaOf(s00) * w.W00 + AlphaOf(s10) * w.W10 + AlphaOf(s01) * w.W01 + AlphaOf(s11) * w.W11) >> 16U;
-    const uint32_t a = ((coverage * (w.Alpha + 1)) >> 8U) & 0xFFU;
-    if (a == 0) return target;
-    const ColorMean mean(s00, s10, s01, s11);
-    uint32_t color = 0;
-    for (const uint32_t shift : kColorShifts) color |= (mean(shift) * (a + 1)) >> 8U << shift;
-    return PlacedOver(target, color, a);
-}
-
-/// Replaces each pixel of `rect` by place(row, column, the four samples that meet in it).
-template <class Place>
-void ForPixels(const PlacedLayer& layer, const TitleRect& rect, Place place) {
-    const GlyphBitmap& bitmap = *layer.Bitmap;
-    for (int32_t row = rect.top; row < rect.bottom; ++row) {
-        // The two rows of the bitmap that meet in this one; a row or a column outside counts as zero.
-        const int64_t v = row - layer.Row;
-        const uint32_t* const upper = v >= 1 ? bitmap.Pixels.get() + (v - 1) * bitmap.Width : nullptr;
-        const uint32_t* const lower = v < bitmap.Height ? bitmap.Pixels.get() + v * bitmap.Width : nullptr;
-        const auto sample = [&](const uint32_t* samples, int64_t u) {
-            return samples != nullptr && u >= 0 && u < bitmap.Width ? samples[u] : 0U;
-        };
-        uint32_t s00 = sample(upper, rect.left - layer.Column - 1), s01 = sample(lower, rect.left - layer.Column - 1);
-        for (int32_t column = rect.left; column < rect.right; ++column) {
-            const uint32_t s10 = sample(upper, column - layer.Column), s11 = sample(lower, column - layer.Column);
-            place(row, column, s00, s10, s01, s11);
-            s00 = s10;
-            s01 = s11;
-        }
-    }
+/// Where a layer comes to lie in `rect`, in a plane whose first column is the frame's `left`.
+PixelRows PixelRowsOf(const PlacedLayer& layer, const TitleRect& rect, int32_t left) {
+    return {.Pixels = layer.Bitmap->Pixels.get(),
+            .Width = layer.Bitmap->Width,
+            .Height = layer.Bitmap->Height,
+            .First = static_cast<int32_t>(rect.top - layer.Row),
+            .Count = rect.bottom - rect.top,
+            .Left = static_cast<int32_t>(rect.left - layer.Column),
+            .Right = static_cast<int32_t>(rect.right - layer.Column),
+            .Column = static_cast<std::ptrdiff_t>(layer.Column - left)};
 }
 
 /// The rows of a layer's coverage that come to lie in `rect`, for a plane whose first column is the frame's `left`.
@@ -115,9 +70,10 @@ void DrawLayer(const PlaneView& plane, const PlacedLayer& layer, const RowKernel
         kernels.PlaceCoverage(plane.Row(layer.Rect.top), plane.Width, RowsOf(layer, layer.Rect, 0), PlacementOf(layer));
         return;
     }
-    ForPixels(layer, layer.Rect, [&](int32_t row, int32_t column, auto... samples) {
-        uint32_t& pixel = plane.Row(row)[column];
-        pixel = Placed(pixel, layer, samples...);
+    const CoveragePlacement placement = PlacementOf(layer);
+    ForSamples(PixelRowsOf(layer, layer.Rect, 0), [&](int32_t y, int32_t u, auto... samples) {
+        uint32_t& pixel = plane.Row(layer.Rect.top + y)[layer.Column + u];
+        pixel = PlacedPixel(pixel, placement, samples...);
     });
 }
 
@@ -157,15 +113,12 @@ std::optional<PlacedLayer> PlaceLayer(const GlyphBitmap& bitmap, float x, float 
 void DrawLayer(const TileView& tile, const PlacedLayer& layer) {
     const TitleRect rect = Intersection(layer.Rect, tile.Rect);
     if (IsEmpty(rect)) return;
+    const ChannelPlane plane = tile.Plane.From(rect.top - tile.Rect.top, 0);
     if (layer.Coverage != nullptr) {
-        BestChannelKernels().Place(tile.Plane.From(rect.top - tile.Rect.top, 0), RowsOf(layer, rect, tile.Rect.left),
-                                   PlacementOf(layer));
-        return;
+        BestChannelKernels().Place(plane, RowsOf(layer, rect, tile.Rect.left), PlacementOf(layer));
+    } else {
+        BestPixelPlacement()(plane, PixelRowsOf(layer, rect, tile.Rect.left), PlacementOf(layer));
     }
-    ForPixels(layer, rect, [&](int32_t row, int32_t column, auto... samples) {
-        const ChannelPlane pixels = tile.Plane.From(row - tile.Rect.top, column - tile.Rect.left);
-        pixels.SetPixel(0, Placed(pixels.Pixel(0), layer, samples...));
-    });
 }
 
 std::shared_ptr<const CoverageLayer> ResampledCoverage(const PlacedLayer& layer) {

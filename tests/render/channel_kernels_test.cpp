@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "render/kernels/pixel_rules.h"
+#include "render/kernels/pixel_placement.h"
 #include "support/random_rows.h"
 
 namespace captionfx::test {
@@ -119,6 +119,36 @@ TEST(ChannelKernelsTest, PlacementsAreThoseOfPixels) {
             const auto [want, got] = std::ranges::mismatch(expected, actual);
             ASSERT_EQ(want, expected.end()) << "round " << round << ", pixel " << (want - expected.begin()) << std::hex
                                             << ": " << *got << " instead of " << *want;
+        }
+    }
+}
+
+TEST(ChannelKernelsTest, PlacementsOfManyColoursAreThePlainOnes) {
+    RandomRows random;
+    const std::array<uint32_t, 3> colors{0x102030, 0, 0};
+    for (int32_t round = 0; round < 500; ++round) {
+        const int32_t width = 1 + round % 70, height = 1 + round % 4;
+        const std::vector<uint32_t> bitmap =
+            random.Row(static_cast<size_t>(width) * static_cast<size_t>(height), false);
+        CoveragePlacement placement = random.Placement();
+        if (placement.W11 == kWholeSample) placement.W11 = 65356;
+        const int32_t column = round % 3 == 0 ? -width / 2 : kTileColumns - 1 - round % 90;
+        const PixelRows rows{.Pixels = bitmap.data(),
+                             .Width = width,
+                             .Height = height,
+                             .First = round % 2,
+                             .Count = height + 1 - round % 2,
+                             .Left = std::max(0, -column),
+                             .Right = std::min(width + 1, kTileColumns - column),
+                             .Column = column};
+        Planes before(colors);
+        before.Fill(random, colors);
+        Planes plain = before;
+        PlacePixelsPlain(plain.Plane(0), rows, placement);
+        for (PixelPlacement* const place : VectorPixelPlacements()) {
+            Planes planes = before;
+            place(planes.Plane(0), rows, placement);
+            ASSERT_EQ(planes.Pixels(0), plain.Pixels(0)) << "round " << round;
         }
     }
 }

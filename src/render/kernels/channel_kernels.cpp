@@ -11,6 +11,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "render/kernels/channel_lanes-inl.h"
 #include "render/kernels/coverage_lanes-inl.h"
 #include "render/kernels/pixel_lanes-inl.h"
 #include "render/kernels/vector_targets.h"
@@ -26,18 +27,6 @@ const ChannelKernels* Channels() {
 }
 
 #else
-
-// PlacedOver, channel by channel, where coverage a is laid over a plane: `left` is 256 - a, `weight` is a + 1. Alpha,
-// there 255 less what is left of 255 less it, is a sum that is cut once. No colour is above its alpha, so that no sum
-// exceeds 255.
-HWY_INLINE void PlaceAlpha(uint16_t* alpha, Halves left, Halves weight) {
-    const Halves full = hn::Sub(hn::ShiftLeft<8>(weight), weight);
-    hn::StoreU(hn::ShiftRight<8>(hn::Add(hn::Mul(hn::LoadU(kLanes16, alpha), left), full)), kLanes16, alpha);
-}
-HWY_INLINE void PlaceColor(uint16_t* channel, Halves left, Halves weight, Halves value) {
-    const Halves kept = hn::ShiftRight<8>(hn::Mul(hn::LoadU(kLanes16, channel), left));
-    hn::StoreU(hn::Add(kept, hn::MulHigh(value, weight)), kLanes16, channel);
-}
 
 template <size_t kColors, Sampling kSampling>
 void PlaceRows(const ChannelPlane& plane, const CoverageRows& rows, const CoveragePlacement& placement,

@@ -1,4 +1,5 @@
 #include "render/kernels/channel_kernels.h"
+#include "render/kernels/pixel_placement.h"
 #include "render/kernels/pixel_rules.h"
 
 namespace captionfx {
@@ -47,6 +48,13 @@ void Merge(uint32_t* image, std::ptrdiff_t pitch, const ChannelPlanes& planes, i
 }
 
 }  // namespace
+
+void PlacePixelsPlain(const ChannelPlane& plane, const PixelRows& rows, const CoveragePlacement& placement) {
+    ForSamples(rows, [&](int32_t y, int32_t u, auto... samples) {
+        const ChannelPlane pixel = plane.From(y, rows.Column + u);
+        pixel.SetPixel(0, PlacedPixel(pixel.Pixel(0), placement, samples...));
+    });
+}
 
 const ChannelKernels& PlainChannelKernels() {
     static constexpr ChannelKernels kPlain{.Place = Place,
