@@ -127,7 +127,7 @@ TEST(ChannelKernelsTest, PlacementsOfManyColoursAreThePlainOnes) {
     RandomRows random;
     const std::array<uint32_t, 3> colors{0x102030, 0, 0};
     for (int32_t round = 0; round < 500; ++round) {
-        const int32_t width = 1 + round % 70, height = 1 + round % 4;
+        const int32_t width = 1 + round % 70, height = 1 + round % 3;
         const std::vector<uint32_t> bitmap =
             random.Row(static_cast<size_t>(width) * static_cast<size_t>(height), false);
         CoveragePlacement placement = random.Placement();

@@ -38,7 +38,7 @@ struct SampleRow {
 
     /// Takes row v.
     void Fill(const PixelRows& rows, int32_t v) {
-        const auto count = static_cast<size_t>(rows.Right - rows.Left + 1);
+        const auto count = static_cast<size_t>(rows.Right - rows.Left) + 1;
         std::array<uint32_t, kRoom> samples{};
         if (v >= 0 && v < rows.Height) {
             const int32_t from = std::max(rows.Left - 1, 0), to = std::min(rows.Right, rows.Width);
