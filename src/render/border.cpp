@@ -71,12 +71,14 @@ bool IsEdge(const CoverageMask& mask, int32_t x, int32_t y) {
     return at[0] > at[-1] || at[0] > at[1] || at[0] > at[-mask.Width] || at[0] > at[mask.Width];
 }
 
-/// Calls combine(destination row, mask row, count) for each row of the mask, laid at (left, top) of the destination.
-template <class Combine>
-void CombineAt(CoverageMask& destination, const CoverageMask& mask, int32_t left, int32_t top, Combine combine) {
-    for (int32_t y = 0; y < mask.Height; ++y) {
-        combine(destination.Row(top + y) + left, mask.Row(y), static_cast<size_t>(mask.Width));
-    }
+/// The mask, laid at (left, top) of the destination.
+MaskRows RowsAt(CoverageMask& destination, const CoverageMask& mask, int32_t left, int32_t top) {
+    return {.Out = destination.Row(top) + left,
+            .OutPitch = destination.Width,
+            .Mask = mask.Bytes.data(),
+            .MaskPitch = mask.Width,
+            .Width = static_cast<size_t>(mask.Width),
+            .Height = mask.Height};
 }
 
 }  // namespace
@@ -119,8 +121,7 @@ void CBorder::DilateMask(const CoverageMask& mask, CoverageMask& destination, co
 void CBorder::DilateMaskPlain(const CoverageMask& mask, CoverageMask& destination, const BorderKernel& kernel) {
     std::ranges::fill(destination.Bytes, uint8_t{0});
     if (kernel.Cx < 1 || kernel.Cy < 1) {
-        return CombineAt(destination, mask, kernel.Cx, kernel.Cy,
-                         [](uint8_t* out, const uint8_t* in, size_t count) { std::copy_n(in, count, out); });
+        return BestMaskKernels().AddMask(RowsAt(destination, mask, kernel.Cx, kernel.Cy));
     }
     for (int32_t y = 0; y < mask.Height; ++y) {
         for (int32_t x = 0; x < mask.Width; ++x) {
@@ -143,7 +144,8 @@ int32_t CBorder::MakeRing(const CoverageMask& mask, CoverageMask& ring, float ra
         return status;
     }
     DilateMask(mask, ring, *kernel);
-    CombineAt(ring, mask, (ring.Width - mask.Width) / 2, (ring.Height - mask.Height) / 2, BestMaskKernels().TakeMask);
+    const int32_t left = (ring.Width - mask.Width) / 2, top = (ring.Height - mask.Height) / 2;
+    BestMaskKernels().TakeMask(RowsAt(ring, mask, left, top));
     return kTitleOk;
 }
 
@@ -164,7 +166,7 @@ std::optional<BorderMasks> MakeBorderMasks(const CoverageMask& mask, float radiu
     if (!ring) return std::nullopt;
     SharedBorder().MakeRing(mask, *ring, radiusX, radiusY);
     BorderMasks masks{*ring, std::move(*ring)};
-    CombineAt(masks.Dilated, mask, reachX, reachY, BestMaskKernels().AddMask);
+    BestMaskKernels().AddMask(RowsAt(masks.Dilated, mask, reachX, reachY));
     return masks;
 }
 

@@ -49,7 +49,13 @@ std::optional<CoverageMask> MaskFromGrays(const GlyphCoverage& glyph, GlyphForma
     while (bytes % width != 0 && (width + 4) * height <= bytes) width += 4;
     std::optional<CoverageMask> mask = MakeMask(width, height);
     if (!mask || bytes < width * height) return std::nullopt;
-    BestMaskKernels().CoverageOfLevels(mask->Bytes.data(), glyph.Bytes.data(), mask->Bytes.size(), LevelFactor(format));
+    BestMaskKernels().CoverageOfLevels({.Out = mask->Bytes.data(),
+                                        .OutPitch = 0,
+                                        .Mask = glyph.Bytes.data(),
+                                        .MaskPitch = 0,
+                                        .Width = mask->Bytes.size(),
+                                        .Height = 1},
+                                       LevelFactor(format));
     return mask;
 }
 

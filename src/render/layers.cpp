@@ -103,9 +103,13 @@ int32_t BuildFilledCoverage(const LayerSettings& settings, GlyphBitmap& layer, c
     const int32_t m = soft.Margin;
     auto coverage = AllocateCoverage(layer, mask.Width + 2 * int64_t{m}, mask.Height + 2 * int64_t{m});
     if (!coverage) return 0;
-    for (int32_t y = 0; y < mask.Height; ++y) {
-        BestMaskKernels().ScaleMask(coverage->Row(m + y) + m, mask.Row(y), static_cast<size_t>(mask.Width), fill.Alpha);
-    }
+    BestMaskKernels().ScaleMask({.Out = coverage->Row(m) + m,
+                                 .OutPitch = static_cast<ptrdiff_t>(coverage->Pitch()),
+                                 .Mask = mask.Bytes.data(),
+                                 .MaskPitch = mask.Width,
+                                 .Width = static_cast<size_t>(mask.Width),
+                                 .Height = mask.Height},
+                                fill.Alpha);
     Finish(settings, layer, std::move(coverage), fill.Color1, soft.Radius);
     return 1;
 }
@@ -230,11 +234,15 @@ struct StampedPart {
 void StampCoverage(CoverageLayer& coverage, const CoverageMask& mask, float x, float y, uint32_t alpha) {
     const StampedPart part(mask, coverage.Width(), coverage.Height(), x, y);
     if (part.FirstX >= part.EndX) return;
-    for (int32_t row = part.FirstY; row < part.EndY; ++row) {
-        uint8_t* const out = coverage.Row(static_cast<int32_t>(part.Top + row)) + part.Left + part.FirstX;
-        BestMaskKernels().StampMax(out, mask.Row(row) + part.FirstX, static_cast<size_t>(part.EndX - part.FirstX),
-                                   alpha);
-    }
+    if (part.FirstY >= part.EndY) return;
+    BestMaskKernels().StampMax(
+        {.Out = coverage.Row(static_cast<int32_t>(part.Top + part.FirstY)) + part.Left + part.FirstX,
+         .OutPitch = static_cast<ptrdiff_t>(coverage.Pitch()),
+         .Mask = mask.Row(part.FirstY) + part.FirstX,
+         .MaskPitch = mask.Width,
+         .Width = static_cast<size_t>(part.EndX - part.FirstX),
+         .Height = part.EndY - part.FirstY},
+        alpha);
 }
 
 /// Whether a mask has something in its outer `margin` rows and columns.

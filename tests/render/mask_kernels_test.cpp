@@ -15,7 +15,7 @@ constexpr size_t kMostBytes = 200, kGuard = 5;  // several of the widest vectors
 
 Row RandomRow(std::mt19937& random, size_t count) {
     constexpr uint8_t kExtreme[] = {0, 0, 1, 64, 127, 128, 254, 255};
-    Row row(count + 2 * kGuard);
+    Row row(count);
     for (uint8_t& byte : row) {
         byte = random() % 2 == 0 ? kExtreme[random() % std::size(kExtreme)] : static_cast<uint8_t>(random());
     }
@@ -27,25 +27,35 @@ TEST(MaskKernelsTest, AllWidthsGiveThePlainBytes) {
     ASSERT_FALSE(all.empty());
     std::mt19937 random(3);
     for (size_t round = 0; round < 5 * kMostBytes; ++round) {
-        const size_t count = round % (kMostBytes + 1);
-        const Row mask = RandomRow(random, count), before = RandomRow(random, count);
+        const size_t width = round % (kMostBytes + 1), height = 1 + round % 3;
+        const size_t outPitch = width + kGuard, maskPitch = width + 2 * kGuard;
+        const Row mask = RandomRow(random, kGuard + maskPitch * height),
+                  before = RandomRow(random, kGuard + outPitch * height);
+        const auto rowsOf = [&](Row& out) {
+            return MaskRows{.Out = out.data() + kGuard,
+                            .OutPitch = static_cast<ptrdiff_t>(outPitch),
+                            .Mask = mask.data() + kGuard,
+                            .MaskPitch = static_cast<ptrdiff_t>(maskPitch),
+                            .Width = width,
+                            .Height = static_cast<int32_t>(height)};
+        };
         const uint32_t alpha = round % 3 == 0 ? 255 : static_cast<uint32_t>(random() % 256);
         const uint32_t factor = 1 + static_cast<uint32_t>(random() % 256);
-        using Change = std::function<void(const MaskKernels&, uint8_t* out, const uint8_t* mask)>;
+        using Change = std::function<void(const MaskKernels&, const MaskRows&)>;
         const Change changes[] = {
-            [&](const MaskKernels& k, uint8_t* out, const uint8_t* m) { k.ScaleMask(out, m, count, alpha); },
-            [&](const MaskKernels& k, uint8_t* out, const uint8_t* m) { k.StampMax(out, m, count, alpha); },
-            [&](const MaskKernels& k, uint8_t* out, const uint8_t* m) { k.CoverageOfLevels(out, m, count, factor); },
-            [&](const MaskKernels& k, uint8_t* out, const uint8_t* m) { k.TakeMask(out, m, count); },
-            [&](const MaskKernels& k, uint8_t* out, const uint8_t* m) { k.AddMask(out, m, count); },
+            [&](const MaskKernels& k, const MaskRows& rows) { k.ScaleMask(rows, alpha); },
+            [&](const MaskKernels& k, const MaskRows& rows) { k.StampMax(rows, alpha); },
+            [&](const MaskKernels& k, const MaskRows& rows) { k.CoverageOfLevels(rows, factor); },
+            [&](const MaskKernels& k, const MaskRows& rows) { k.TakeMask(rows); },
+            [&](const MaskKernels& k, const MaskRows& rows) { k.AddMask(rows); },
         };
         for (size_t change = 0; change < std::size(changes); ++change) {
             Row expected = before;
-            changes[change](PlainMaskKernels(), expected.data() + kGuard, mask.data() + kGuard);
-            for (size_t width = 0; width < all.size(); ++width) {
+            changes[change](PlainMaskKernels(), rowsOf(expected));
+            for (size_t kind = 0; kind < all.size(); ++kind) {
                 Row actual = before;
-                changes[change](*all[width], actual.data() + kGuard, mask.data() + kGuard);
-                ASSERT_EQ(actual, expected) << "loop no. " << change << ", width no. " << width << ", " << count
+                changes[change](*all[kind], rowsOf(actual));
+                ASSERT_EQ(actual, expected) << "loop no. " << change << ", width no. " << kind << ", rows of " << width
                                             << " bytes, alpha " << alpha << ", factor " << factor;
             }
         }
@@ -74,16 +84,17 @@ TEST(MaskKernelsTest, WhatTheLoopsMean) {
     const MaskKernels& kernels = BestMaskKernels();
     const Row mask = {0, 1, 16, 17, 255};
     Row out(5);
-    kernels.CoverageOfLevels(out.data(), mask.data(), 5, 16);
+    const auto rows = [&] { return MaskRows{out.data(), 0, mask.data(), 0, 5, 1}; };
+    kernels.CoverageOfLevels(rows(), 16);
     EXPECT_EQ(out, (Row{0, 15, 255, 15, 239}));  // 17 levels of 16 are one too many: 271 wraps, 4079 as well
-    kernels.ScaleMask(out.data(), mask.data(), 5, 127);
+    kernels.ScaleMask(rows(), 127);
     EXPECT_EQ(out, (Row{0, 0, 8, 8, 127}));  // the half of it, cut
     out = {7, 7, 7, 7, 200};
-    kernels.StampMax(out.data(), mask.data(), 5, 127);
+    kernels.StampMax(rows(), 127);
     EXPECT_EQ(out, (Row{7, 7, 8, 8, 200}));
-    kernels.TakeMask(out.data(), mask.data(), 5);
+    kernels.TakeMask(rows());
     EXPECT_EQ(out, (Row{7, 6, 248, 247, 201}));
-    kernels.AddMask(out.data(), mask.data(), 5);
+    kernels.AddMask(rows());
     EXPECT_EQ(out, (Row{7, 7, 255, 255, 255}));
     const Row padded = [] {
         Row row(2 * CoverageLayer::kPadding + 5);

@@ -40,14 +40,20 @@ HWY_INLINE size_t ForVectors(Bytes d, uint8_t* out, const uint8_t* mask, size_t 
 }
 
 /// out = combine(kind of vector, out, mask), in vectors of half the length for what is left of a row, and the last
-/// bytes by plain(out, mask, count): rows are short, and a way by other memory would cost more than they do.
+/// columns by plain(their rows): rows are short, and a way by other memory would cost more than they do.
 template <class Combine, class Plain>
-HWY_INLINE void ForRow(uint8_t* out, const uint8_t* mask, size_t count, Combine combine, Plain plain) {
-    size_t i = ForVectors(hn::ScalableTag<uint8_t>(), out, mask, 0, count, combine);
-    i = ForVectors(hn::CappedTag<uint8_t, 32>(), out, mask, i, count, combine);
-    i = ForVectors(hn::CappedTag<uint8_t, 16>(), out, mask, i, count, combine);
-    i = ForVectors(hn::CappedTag<uint8_t, 8>(), out, mask, i, count, combine);
-    if (i < count) plain(out + i, mask + i, count - i);
+HWY_INLINE void ForRows(const MaskRows& rows, Combine combine, Plain plain) {
+    const size_t count = rows.Width, whole = count / 8 * 8;
+    for (ptrdiff_t y = 0; y < rows.Height; ++y) {
+        uint8_t* const out = rows.Out + y * rows.OutPitch;
+        const uint8_t* const mask = rows.Mask + y * rows.MaskPitch;
+        size_t i = ForVectors(hn::ScalableTag<uint8_t>(), out, mask, 0, count, combine);
+        i = ForVectors(hn::CappedTag<uint8_t, 32>(), out, mask, i, count, combine);
+        i = ForVectors(hn::CappedTag<uint8_t, 16>(), out, mask, i, count, combine);
+        ForVectors(hn::CappedTag<uint8_t, 8>(), out, mask, i, count, combine);
+    }
+    if (whole == count) return;
+    plain(MaskRows{rows.Out + whole, rows.OutPitch, rows.Mask + whole, rows.MaskPitch, count - whole, rows.Height});
 }
 
 // A pair of bytes is a lane of 16 bits: the even one is cut out, the odd one shifted down.
@@ -70,19 +76,19 @@ HWY_INLINE Vector<Bytes> Scaled(Bytes d, Vector<Bytes> mask, uint32_t alpha) {
     return hn::BitCast(d, hn::Or(even, odd));
 }
 
-void ScaleMask(uint8_t* out, const uint8_t* mask, size_t count, uint32_t alpha) {
-    ForRow(
-        out, mask, count, [=](auto d, auto /*before*/, auto m) HWY_ATTR { return Scaled(d, m, alpha); },
-        [=](uint8_t* o, const uint8_t* m, size_t n) { PlainMaskKernels().ScaleMask(o, m, n, alpha); });
+void ScaleMask(const MaskRows& rows, uint32_t alpha) {
+    ForRows(
+        rows, [=](auto d, auto /*before*/, auto m) HWY_ATTR { return Scaled(d, m, alpha); },
+        [=](const MaskRows& last) { PlainMaskKernels().ScaleMask(last, alpha); });
 }
 
-void StampMax(uint8_t* out, const uint8_t* mask, size_t count, uint32_t alpha) {
-    ForRow(
-        out, mask, count, [=](auto d, auto before, auto m) HWY_ATTR { return hn::Max(before, Scaled(d, m, alpha)); },
-        [=](uint8_t* o, const uint8_t* m, size_t n) { PlainMaskKernels().StampMax(o, m, n, alpha); });
+void StampMax(const MaskRows& rows, uint32_t alpha) {
+    ForRows(
+        rows, [=](auto d, auto before, auto m) HWY_ATTR { return hn::Max(before, Scaled(d, m, alpha)); },
+        [=](const MaskRows& last) { PlainMaskKernels().StampMax(last, alpha); });
 }
 
-void CoverageOfLevels(uint8_t* out, const uint8_t* mask, size_t count, uint32_t factor) {
+void CoverageOfLevels(const MaskRows& rows, uint32_t factor) {
     const auto covered = [=](auto d, auto /*before*/, auto m) HWY_ATTR {
         const HalvesOf<decltype(d)> d16;
         const auto weight = hn::Set(d16, static_cast<uint16_t>(factor));
@@ -91,19 +97,17 @@ void CoverageOfLevels(uint8_t* out, const uint8_t* mask, size_t count, uint32_t 
         const auto levels = hn::Sub(hn::BitCast(d, hn::Or(even, odd)), hn::Set(d, 1));
         return hn::IfThenZeroElse(hn::Eq(m, hn::Zero(d)), levels);
     };
-    ForRow(out, mask, count, covered,
-           [=](uint8_t* o, const uint8_t* m, size_t n) { PlainMaskKernels().CoverageOfLevels(o, m, n, factor); });
+    ForRows(rows, covered, [=](const MaskRows& last) { PlainMaskKernels().CoverageOfLevels(last, factor); });
 }
 
-void TakeMask(uint8_t* out, const uint8_t* mask, size_t count) {
-    ForRow(
-        out, mask, count, [](auto /*d*/, auto before, auto m) HWY_ATTR { return hn::Sub(before, m); },
-        PlainMaskKernels().TakeMask);
+void TakeMask(const MaskRows& rows) {
+    ForRows(
+        rows, [](auto /*d*/, auto before, auto m) HWY_ATTR { return hn::Sub(before, m); }, PlainMaskKernels().TakeMask);
 }
 
-void AddMask(uint8_t* out, const uint8_t* mask, size_t count) {
-    ForRow(
-        out, mask, count, [](auto /*d*/, auto before, auto m) HWY_ATTR { return hn::SaturatedAdd(before, m); },
+void AddMask(const MaskRows& rows) {
+    ForRows(
+        rows, [](auto /*d*/, auto before, auto m) HWY_ATTR { return hn::SaturatedAdd(before, m); },
         PlainMaskKernels().AddMask);
 }
 

@@ -10,19 +10,28 @@
 
 namespace captionfx {
 
-/// Rows are `count` bytes and need no alignment; what lies beyond is neither read nor written. `out` and `mask` may be
-/// the same row.
+/// Rows of a mask and where it is laid upon another; both may be the same.
+struct MaskRows {
+    uint8_t* Out;
+    ptrdiff_t OutPitch;
+    const uint8_t* Mask;
+    ptrdiff_t MaskPitch;
+    size_t Width;
+    int32_t Height;
+};
+
+/// Rows need no alignment; what lies beyond their width is neither read nor written.
 struct MaskKernels {
     /// out = mask * (alpha + 1) / 256, alpha from 0 to 255.
-    void (*ScaleMask)(uint8_t* out, const uint8_t* mask, size_t count, uint32_t alpha);
+    void (*ScaleMask)(const MaskRows& rows, uint32_t alpha);
     /// out = max(out, mask * (alpha + 1) / 256), alpha from 0 to 255.
-    void (*StampMax)(uint8_t* out, const uint8_t* mask, size_t count, uint32_t alpha);
+    void (*StampMax)(const MaskRows& rows, uint32_t alpha);
     /// Gray levels to coverage: out = mask * factor - 1, its low byte, and 0 of 0. A factor from 1 to 256.
-    void (*CoverageOfLevels)(uint8_t* out, const uint8_t* mask, size_t count, uint32_t factor);
+    void (*CoverageOfLevels)(const MaskRows& rows, uint32_t factor);
     /// out = out - mask, which wraps.
-    void (*TakeMask)(uint8_t* out, const uint8_t* mask, size_t count);
+    void (*TakeMask)(const MaskRows& rows);
     /// out = min(out + mask, 255).
-    void (*AddMask)(uint8_t* out, const uint8_t* mask, size_t count);
+    void (*AddMask)(const MaskRows& rows);
     /// What of a row is not 0. Around it lie CoverageLayer::kPadding zeros on both sides.
     ColumnSpan (*FindSpan)(const uint8_t* row, int32_t width);
 };

@@ -5,24 +5,34 @@
 namespace captionfx {
 namespace {
 
-void ScaleMask(uint8_t* out, const uint8_t* mask, size_t count, uint32_t alpha) {
-    for (size_t i = 0; i < count; ++i) out[i] = static_cast<uint8_t>(mask[i] * (alpha + 1) / 256);
+/// out = combine(out, mask) for all bytes.
+template <class Combine>
+void ForBytes(const MaskRows& rows, Combine combine) {
+    for (ptrdiff_t y = 0; y < rows.Height; ++y) {
+        uint8_t* const out = rows.Out + y * rows.OutPitch;
+        const uint8_t* const mask = rows.Mask + y * rows.MaskPitch;
+        for (size_t x = 0; x < rows.Width; ++x) out[x] = static_cast<uint8_t>(combine(out[x], mask[x]));
+    }
 }
 
-void StampMax(uint8_t* out, const uint8_t* mask, size_t count, uint32_t alpha) {
-    for (size_t i = 0; i < count; ++i) out[i] = std::max(out[i], static_cast<uint8_t>(mask[i] * (alpha + 1) / 256));
+void ScaleMask(const MaskRows& rows, uint32_t alpha) {
+    ForBytes(rows, [=](uint32_t /*out*/, uint32_t mask) { return mask * (alpha + 1) / 256; });
 }
 
-void CoverageOfLevels(uint8_t* out, const uint8_t* mask, size_t count, uint32_t factor) {
-    for (size_t i = 0; i < count; ++i) out[i] = mask[i] == 0 ? uint8_t{0} : static_cast<uint8_t>(mask[i] * factor - 1);
+void StampMax(const MaskRows& rows, uint32_t alpha) {
+    ForBytes(rows, [=](uint32_t out, uint32_t mask) { return std::max(out, mask * (alpha + 1) / 256); });
 }
 
-void TakeMask(uint8_t* out, const uint8_t* mask, size_t count) {
-    for (size_t i = 0; i < count; ++i) out[i] = static_cast<uint8_t>(out[i] - mask[i]);
+void CoverageOfLevels(const MaskRows& rows, uint32_t factor) {
+    ForBytes(rows, [=](uint32_t /*out*/, uint32_t mask) { return mask == 0 ? 0 : mask * factor - 1; });
 }
 
-void AddMask(uint8_t* out, const uint8_t* mask, size_t count) {
-    for (size_t i = 0; i < count; ++i) out[i] = static_cast<uint8_t>(std::min(out[i] + mask[i], 255));
+void TakeMask(const MaskRows& rows) {
+    ForBytes(rows, [](uint32_t out, uint32_t mask) { return out - mask; });
+}
+
+void AddMask(const MaskRows& rows) {
+    ForBytes(rows, [](uint32_t out, uint32_t mask) { return std::min(out + mask, 255U); });
 }
 
 ColumnSpan FindSpan(const uint8_t* row, int32_t width) {
