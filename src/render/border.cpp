@@ -121,7 +121,7 @@ void CBorder::DilateMask(const CoverageMask& mask, CoverageMask& destination, co
 void CBorder::DilateMaskPlain(const CoverageMask& mask, CoverageMask& destination, const BorderKernel& kernel) {
     std::ranges::fill(destination.Bytes, uint8_t{0});
     if (kernel.Cx < 1 || kernel.Cy < 1) {
-        return BestMaskKernels().AddMask(RowsAt(destination, mask, kernel.Cx, kernel.Cy));
+        return PlainMaskKernels().AddMask(RowsAt(destination, mask, kernel.Cx, kernel.Cy));
     }
     for (int32_t y = 0; y < mask.Height; ++y) {
         for (int32_t x = 0; x < mask.Width; ++x) {

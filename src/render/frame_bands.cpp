@@ -128,8 +128,8 @@ public:
     /// Draws the string's layers that lie here, composites them, and leaves the planes 0.
     void Show(const TiledLayers& string, size_t index, uint32_t* destination) const {
         if (string.IsEmpty(index)) return;
-        TouchedPart touched;
-        const ChannelPlanes planes = Draw(string, index, touched);
+        const ChannelPlanes planes = PlanesOf(string);
+        const TouchedPart touched = Draw(string, index, planes);
         const auto finish = HasAlpha() ? BestChannelKernels().FinishPremultiplied : BestChannelKernels().FinishStraight;
         const std::ptrdiff_t pitch = title_.Settings.Width;
         const int32_t left = touched.Left / kPixelPadding * kPixelPadding,
@@ -143,8 +143,8 @@ public:
 
     /// The same for an image that is also wanted: it becomes all of the tile in `kept`.
     void Keep(const TiledLayers& string, size_t index, uint32_t* destination, uint32_t* kept) const {
-        TouchedPart touched;
-        const ChannelPlanes planes = Draw(string, index, touched);
+        const ChannelPlanes planes = PlanesOf(string);
+        Draw(string, index, planes);
         const std::ptrdiff_t pitch = title_.Settings.Width;
         BestChannelKernels().Merge(kept + FirstPixel(), pitch, planes, Rows(), Columns());
         ClearOverrun(planes);
@@ -162,21 +162,26 @@ private:
     }
     [[nodiscard]] bool HasAlpha() const { return title_.Settings.DestinationAlpha != 0; }
 
-    [[nodiscard]] ChannelPlanes Draw(const TiledLayers& string, size_t index, TouchedPart& touched) const {
+    [[nodiscard]] ChannelPlanes PlanesOf(const TiledLayers& string) const {
         uint16_t* next = numbers_;
         const auto plane = [&](PlaneIndex i) {
             const StoredColors& colors = string.ColorsOf(i);
             return ChannelPlane{std::exchange(next, next + (colors.Count + 1) * kChannelPitch), kPitch, kChannelPitch,
                                 colors};
         };
-        const ChannelPlanes planes{plane(kFacePlane), plane(kBorderPlane), plane(kShadowPlane)};
+        return {plane(kFacePlane), plane(kBorderPlane), plane(kShadowPlane)};
+    }
+
+    /// Returns what was drawn on.
+    TouchedPart Draw(const TiledLayers& string, size_t index, const ChannelPlanes& planes) const {
+        TouchedPart touched;
         string.ForTile(index, [&](const PlaneLayer& layer) {
             DrawLayer({PlaneOf(planes, layer.Plane), rect_}, layer.Layer);
             const TitleRect here = Intersection(layer.Layer.Rect, rect_);
             touched.Add(
                 {here.left - rect_.left, here.top - rect_.top, here.right - rect_.left, here.bottom - rect_.top});
         });
-        return planes;
+        return touched;
     }
 
     static const ChannelPlane& PlaneOf(const ChannelPlanes& planes, PlaneIndex plane) {

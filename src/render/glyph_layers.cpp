@@ -201,7 +201,9 @@ int32_t BuildGlyphLayers(const GlyphSettings& settings, ImageUtilityOps& ops, co
     try {
         return CharacterBuild(settings, ops, string, character, transform, access).Run(layers) ? 1 : 0;
     } catch (const std::bad_alloc&) {
+        // All are gone, also those that were not dirty or that the cache had: the next build must bring all of them.
         layers.FreePixels();
+        layers.DirtyMask = kAllLayersDirty;
         return 0;
     }
 }

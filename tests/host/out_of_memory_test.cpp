@@ -121,8 +121,20 @@ TEST(OutOfMemoryTest, ATitleIsLoadedWholeOrNotAtAll) {
 }
 
 TEST(OutOfMemoryTest, AFrameThatFailedLeavesNoTraces) {
+    const auto fill = [](TestTitle& owner) {
+        owner.Add(u"ab\r\ncd");
+        // Two that share their face, but not their shadow, which alone is then missing when memory runs out.
+        for (const float offset : {2.0F, 5.0F}) {
+            MetaShadow shadow{};
+            shadow.EnableFace = 1;
+            shadow.OffsetX = offset;
+            shadow.Alpha = 200;
+            owner.Title.SetDefaultShadow(&shadow);
+            owner.Title.InsertText(0, owner.Title.GetCharCount(0), u"e");
+        }
+    };
     TestTitle whole;
-    whole.Add(u"ab\r\ncd");
+    fill(whole);
     const auto frameOf = [](TestTitle& owner) {
         std::vector<uint32_t> frame(320UL * 240, 0xFF000000);
         EXPECT_EQ(owner.Title.RenderFrame(frame.data(), 0), kTitleOk);
@@ -131,7 +143,7 @@ TEST(OutOfMemoryTest, AFrameThatFailedLeavesNoTraces) {
     const std::vector<uint32_t> expected = frameOf(whole);
     for (int n = 0; n < 400; ++n) {
         TestTitle owner;
-        owner.Add(u"ab\r\ncd");
+        fill(owner);
         std::vector<uint32_t> scratch(320UL * 240, 0xFF000000);
         allocationsLeft = n;
         const int32_t status = owner.Title.RenderFrame(scratch.data(), 0);

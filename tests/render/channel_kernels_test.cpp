@@ -196,21 +196,23 @@ TEST(ChannelKernelsTest, FinishedTilesAreThoseOfThreeSteps) {
 }
 
 TEST(ChannelKernelsTest, MergesAllPairsOfFaceAndBorder) {
-    // White over white: the channel's division is that of the alphas, and what is odd about it shows.
-    const std::array<uint32_t, 3> colors{0xFFFFFF, 0x7F7F7F, 0};
-    for (const ChannelKernels* kernels : VectorChannelKernels()) {
-        for (uint32_t fa = 0; fa < 256; ++fa) {
-            Planes planes(colors);
-            std::vector<uint32_t> expected(256), actual(256);
-            for (uint32_t ba = 0; ba < 256; ++ba) {
-                const uint32_t face = WithAlpha(ColorTimesCoverage(colors[0], fa), fa),
-                               border = ba == 0 ? 0 : WithAlpha(ColorTimesCoverage(colors[1], ba), ba);
-                planes.Plane(0).SetPixel(ba, fa == 0 ? 0 : face);
-                planes.Plane(1).SetPixel(ba, border);
-                expected[ba] = FaceOverBorder(fa == 0 ? 0 : face, border);
+    // A border of gray is divided by its alpha, one of white need not be.
+    for (const uint32_t borderColor : {0x7F7F7FU, 0xFFFFFFU}) {
+        const std::array<uint32_t, 3> colors{0xFFFFFF, borderColor, 0};
+        for (const ChannelKernels* kernels : VectorChannelKernels()) {
+            for (uint32_t fa = 0; fa < 256; ++fa) {
+                Planes planes(colors);
+                std::vector<uint32_t> expected(256), actual(256);
+                for (uint32_t ba = 0; ba < 256; ++ba) {
+                    const uint32_t face = WithAlpha(ColorTimesCoverage(colors[0], fa), fa),
+                                   border = ba == 0 ? 0 : WithAlpha(ColorTimesCoverage(colors[1], ba), ba);
+                    planes.Plane(0).SetPixel(ba, fa == 0 ? 0 : face);
+                    planes.Plane(1).SetPixel(ba, border);
+                    expected[ba] = FaceOverBorder(fa == 0 ? 0 : face, border);
+                }
+                kernels->Merge(actual.data(), 256, planes.All(), 1, 256);
+                ASSERT_EQ(actual, expected) << "face of " << fa;
             }
-            kernels->Merge(actual.data(), 256, planes.All(), 1, 256);
-            ASSERT_EQ(actual, expected) << "face of " << fa;
         }
     }
 }

@@ -255,11 +255,7 @@ CoverageBlur* BestCoverageBlur() {
 }
 
 std::vector<CoverageBlur*> VectorCoverageBlurs() {
-    std::vector<CoverageBlur*> all;
-    ForEachVectorTarget([&] {
-        if (CoverageBlur* const blur = HWY_DYNAMIC_DISPATCH(Blur)()) all.push_back(blur);
-    });
-    return all;
+    return OfEachVectorTarget([] { return HWY_DYNAMIC_DISPATCH(Blur)(); });
 }
 
 }  // namespace captionfx

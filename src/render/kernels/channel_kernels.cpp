@@ -363,9 +363,7 @@ const ChannelKernels& BestChannelKernels() {
 }
 
 std::vector<const ChannelKernels*> VectorChannelKernels() {
-    std::vector<const ChannelKernels*> all;
-    ForEachVectorTarget([&] { all.push_back(HWY_DYNAMIC_DISPATCH(Channels)()); });
-    return all;
+    return OfEachVectorTarget([] { return HWY_DYNAMIC_DISPATCH(Channels)(); });
 }
 
 }  // namespace captionfx

@@ -168,11 +168,7 @@ Dilator* BestDilator() {
 }
 
 std::vector<Dilator*> VectorDilators() {
-    std::vector<Dilator*> all;
-    ForEachVectorTarget([&] {
-        if (Dilator* const dilate = HWY_DYNAMIC_DISPATCH(Dilation)()) all.push_back(dilate);
-    });
-    return all;
+    return OfEachVectorTarget([] { return HWY_DYNAMIC_DISPATCH(Dilation)(); });
 }
 
 }  // namespace captionfx

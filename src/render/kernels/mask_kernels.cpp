@@ -162,9 +162,7 @@ const MaskKernels& BestMaskKernels() {
 }
 
 std::vector<const MaskKernels*> VectorMaskKernels() {
-    std::vector<const MaskKernels*> all;
-    ForEachVectorTarget([&] { all.push_back(HWY_DYNAMIC_DISPATCH(Masks)()); });
-    return all;
+    return OfEachVectorTarget([] { return HWY_DYNAMIC_DISPATCH(Masks)(); });
 }
 
 }  // namespace captionfx

@@ -132,9 +132,7 @@ PixelPlacement* BestPixelPlacement() {
 }
 
 std::vector<PixelPlacement*> VectorPixelPlacements() {
-    std::vector<PixelPlacement*> all;
-    ForEachVectorTarget([&] { all.push_back(HWY_DYNAMIC_DISPATCH(Placement)()); });
-    return all;
+    return OfEachVectorTarget([] { return HWY_DYNAMIC_DISPATCH(Placement)(); });
 }
 
 }  // namespace captionfx

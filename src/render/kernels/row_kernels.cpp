@@ -32,6 +32,7 @@ HWY_INLINE Pixels Scaled(Pixels pixels, Halves factor) {
     const Halves bytes = hn::BitCast(kLanes16, pixels);
     return FromHighBytes(hn::MulHigh(hn::ShiftLeft<8>(bytes), factor), hn::Mul(hn::ShiftRight<8>(bytes), factor));
 }
+
 /// change(pixels) of all pixels of a row: whole vectors where they lie, the rest in a vector beside.
 template <class Change>
 HWY_INLINE void ForRow(uint32_t* row, size_t count, Change change) {
@@ -228,9 +229,7 @@ const RowKernels& BestRowKernels() {
 }
 
 std::vector<const RowKernels*> VectorRowKernels() {
-    std::vector<const RowKernels*> all;
-    ForEachVectorTarget([&] { all.push_back(HWY_DYNAMIC_DISPATCH(Rows)()); });
-    return all;
+    return OfEachVectorTarget([] { return HWY_DYNAMIC_DISPATCH(Rows)(); });
 }
 
 }  // namespace captionfx
